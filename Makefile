@@ -1,0 +1,46 @@
+# The two set-up commands of the README. Both install what is missing, configure and build.
+#   make run    builds and runs Ostrel Live
+#   make test   builds and runs every test, then the sanitizer builds of the logic tests
+
+.PHONY: run test deps dev asan tsan release bench format clean
+
+JOBS ?= $(shell nproc)
+
+deps:
+	@scripts/install-deps.sh
+
+release: deps
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS)
+
+# Until the station's window exists, the analyser measures a generated 1 kHz tone at -20 dBFS
+# peak, streamed as WAV through standard input.
+run: release
+	build/release/tools/ostrel-tone/ostrel-tone --frequency 1000 --amplitude 0.1 --seconds 3 \
+	  | build/release/tools/ostrel-analyze/ostrel-analyze - --weighting Z --summary
+
+dev: deps
+	cmake --preset dev
+	cmake --build --preset dev -j $(JOBS)
+
+asan: deps
+	cmake --preset asan
+	cmake --build --preset asan -j $(JOBS)
+
+tsan: deps
+	cmake --preset tsan
+	cmake --build --preset tsan -j $(JOBS) --target measurement_tests
+
+test: dev asan tsan
+	ctest --preset dev -j $(JOBS)
+	ctest --preset asan -j $(JOBS)
+	ctest --preset tsan
+
+bench: dev
+	build/dev/benchmarks/measurement_benchmarks
+
+format:
+	find src tests tools benchmarks -name '*.h' -o -name '*.cpp' | xargs clang-format -i
+
+clean:
+	rm -rf build

@@ -1,0 +1,34 @@
+#pragma once
+
+// The microphone correction as a 1023-tap linear-phase FIR filter in front of the level meter.
+// Delay 511 samples. Designed outside the audio thread; `process` reuses its buffers.
+#include <span>
+#include <vector>
+
+#include "measurement/MicrophoneCorrection.h"
+
+namespace ostrel {
+
+class CorrectionFilter {
+public:
+    static constexpr int tapCount = 1023;
+
+    CorrectionFilter(const MicrophoneCorrection& correction, double sampleRate);
+
+    // Frequency-sampling design: 8192-point inverse transform, Blackman window, centred on tap 511.
+    static std::vector<float> design(const MicrophoneCorrection& correction, double sampleRate);
+
+    // Filters a block; the result stays valid until the next call. Continuous across blocks of
+    // any size. Grows its buffers only for a block larger than any before.
+    std::span<const float> process(std::span<const float> samples);
+    void reset() noexcept;
+    double magnitude(double frequency, double sampleRate) const noexcept;
+    const std::vector<float>& taps() const noexcept { return taps_; }
+
+private:
+    std::vector<float> taps_;
+    std::vector<float> input_;  // history (tapCount - 1) followed by the block
+    std::vector<float> output_;
+};
+
+} // namespace ostrel

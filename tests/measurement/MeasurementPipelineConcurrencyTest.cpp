@@ -1,0 +1,55 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <thread>
+#include <vector>
+
+#include "measurement/MeasurementPipeline.h"
+#include "support/Signals.h"
+
+using namespace ostrel;
+
+// Run under ThreadSanitizer by `make test`: the audio thread processes while the main thread
+// reconfigures, swaps corrections and attaches a recorder.
+TEST(MeasurementPipelineConcurrency, ProcessOnAnAudioThreadWhileTheMainThreadConfigures)
+{
+    MeasurementPipeline pipeline;
+    pipeline.prepare(48000.0);
+    const auto block = testsignals::sine(1000.0, 0.1, 48000.0, 480);
+    std::atomic<bool> running{true};
+    std::atomic<int> intervals{0};
+    std::atomic<int> badIntervals{0};
+
+    std::thread audio([&] {
+        while (running.load()) {
+            if (auto interval = pipeline.process(block)) {
+                ++intervals;
+                if (interval->sampleCount < 4800 || !std::isfinite(interval->level))
+                    ++badIntervals;
+            }
+        }
+    });
+
+    const MicrophoneCorrection tilt("tilt", {{20.0, 1.0}, {1000.0, 0.0}, {20000.0, -3.0}});
+    for (int i = 0; i < 200; ++i) {
+        const auto weighting = allFrequencyWeightings[static_cast<std::size_t>(i % 3)];
+        const auto response = i % 2 ? TimeWeighting::fast : TimeWeighting::slow;
+        const std::optional<MicrophoneCorrection> correction =
+            i % 10 == 0 ? std::optional(tilt) : std::nullopt;
+        pipeline.configure(weighting, response, 10.0 * i, correction);
+        if (i % 50 == 0) pipeline.setRecorder(nullptr);
+    }
+    // Let the audio thread see the final configuration before stopping it.
+    const int seen = intervals.load();
+    while (intervals.load() < seen + 3) std::this_thread::yield();
+    running = false;
+    audio.join();
+
+    EXPECT_GT(intervals.load(), 0);
+    EXPECT_EQ(badIntervals.load(), 0);
+    const auto state = pipeline.snapshot();
+    EXPECT_EQ(state.processor.calibrationOffset(), 1990.0);
+    EXPECT_EQ(state.processor.weighting(), allFrequencyWeightings[199 % 3]);
+    EXPECT_FALSE(state.processor.hasCorrectionFilter());
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+// The command line of ostrel-analyze, read without side effects so that every case can be tested
+// without running the tool.
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "measurement/FrequencyWeighting.h"
+#include "measurement/TimeWeighting.h"
+
+namespace ostrel::analyze {
+
+enum class OutputFormat { csv, jsonl };
+
+struct AnalyzeOptions {
+    std::string path; // "-" for standard input
+    FrequencyWeighting weighting = FrequencyWeighting::a;
+    TimeWeighting response = TimeWeighting::fast;
+    double calibrationOffset = 0.0;
+    int channel = 0; // zero-based, as the meter numbers channels
+    OutputFormat format = OutputFormat::csv;
+    bool summary = false;
+
+    bool operator==(const AnalyzeOptions&) const = default;
+};
+
+struct HelpRequested {
+    bool operator==(const HelpRequested&) const = default;
+};
+
+// One line, without the program name in front.
+struct OptionError {
+    std::string message;
+    bool operator==(const OptionError&) const = default;
+};
+
+using ParsedCommandLine = std::variant<AnalyzeOptions, HelpRequested, OptionError>;
+
+// The arguments after the program name.
+ParsedCommandLine parseCommandLine(std::span<const std::string_view> arguments);
+
+std::string_view usageText();
+
+} // namespace ostrel::analyze
