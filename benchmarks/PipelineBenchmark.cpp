@@ -51,4 +51,4 @@ void levelsZ(benchmark::State& state) { pipelineLevels(state, ostrel::FrequencyW
 BENCHMARK(levelsA)->Arg(480)->Arg(4800);
 BENCHMARK(levelsZ)->Arg(480)->Arg(4800);
 
-BENCHMARK_MAIN();
+

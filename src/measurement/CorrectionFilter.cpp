@@ -126,8 +126,8 @@ std::span<const float> CorrectionFilter::process(std::span<const float> samples)
     // Every output sums its taps in the same order, whatever the block size, so splitting a
     // signal into blocks gives exactly the same result as filtering it whole.
     std::size_t n = convolveLanes<64>(in, taps, out, 0, count);
-    n = convolveLanes<16>(in, taps, out, n, count);
-    n = convolveLanes<4>(in, taps, out, n, count);
+    n = convolveLanes<32>(in, taps, out, n, count);
+    n = convolveLanes<8>(in, taps, out, n, count);
     convolveLanes<1>(in, taps, out, n, count);
 
     if (count > 0)

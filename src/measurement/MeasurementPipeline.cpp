@@ -32,19 +32,26 @@ void MeasurementPipeline::configure(FrequencyWeighting weighting, TimeWeighting 
 
     // The design work runs here, outside the lock, so the audio thread never waits behind it.
     std::optional<SPLProcessor> replacement;
+    std::optional<SpectrumAnalyzer> replacementAnalyzer;
     if (correctionChanged) {
         replacement.emplace(sampleRate, FrequencyWeighting::a, TimeWeighting::fast, 0.0, correction);
+        replacementAnalyzer.emplace(sampleRate);
+        replacementAnalyzer->setCorrection(correction);
     }
     if (designHook_) designHook_();
 
-    std::lock_guard lock(mutex_);
-    // A restart at another rate may have won the race; its processor is the right one then.
-    if (replacement && replacement->sampleRate() == state_.processor.sampleRate()) {
-        state_.processor = std::move(*replacement);
+    {
+        std::lock_guard lock(mutex_);
+        // A restart at another rate may have won the race; its pair is the right one then.
+        if (replacement && replacement->sampleRate() == state_.processor.sampleRate()) {
+            std::swap(state_.processor, *replacement);
+            std::swap(state_.analyzer, *replacementAnalyzer);
+        }
+        state_.processor.setWeighting(weighting);
+        state_.processor.setResponse(response);
+        state_.processor.setCalibrationOffset(calibrationOffset);
     }
-    state_.processor.setWeighting(weighting);
-    state_.processor.setResponse(response);
-    state_.processor.setCalibrationOffset(calibrationOffset);
+    // The replaced pair is destroyed here, outside the lock.
 }
 
 void MeasurementPipeline::prepare(double sampleRate)
@@ -53,6 +60,8 @@ void MeasurementPipeline::prepare(double sampleRate)
     const SPLProcessor& current = state_.processor;
     state_.processor = SPLProcessor(sampleRate, current.weighting(), current.response(),
                                     current.calibrationOffset(), current.correction());
+    state_.analyzer = SpectrumAnalyzer(sampleRate);
+    state_.analyzer.setCorrection(state_.processor.correction());
     state_.intervalLength = intervalLength(sampleRate);
 }
 
@@ -70,9 +79,12 @@ std::optional<MeasurementInterval> MeasurementPipeline::process(std::span<const 
     {
         std::lock_guard lock(mutex_);
         state_.processor.process(samples);
+        // The analyser sees raw samples: correction reaches spectra as per-bin gains.
+        state_.analyzer.append(samples);
         // Tested after the whole block: an interval holds whole blocks, at most one per block.
         if (state_.processor.pendingSampleCount() >= state_.intervalLength) {
             interval = state_.processor.takeInterval();
+            interval->spectrum = state_.analyzer.analyze(state_.processor.calibrationOffset());
         }
         recorder = state_.recorder;
         sampleRate = state_.processor.sampleRate();
@@ -86,10 +98,11 @@ std::optional<MeasurementInterval> MeasurementPipeline::process(std::span<const 
     return interval;
 }
 
-MeasurementPipeline::State MeasurementPipeline::snapshot() const
+MeasurementPipeline::Snapshot MeasurementPipeline::snapshot() const
 {
     std::lock_guard lock(mutex_);
-    return state_;
+    return {state_.processor,           state_.intervalLength,     state_.recorder != nullptr,
+            state_.analyzer.sampleRate(), state_.analyzer.filled(), state_.analyzer.hasCorrection()};
 }
 
 } // namespace ostrel

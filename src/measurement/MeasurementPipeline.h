@@ -18,6 +18,7 @@
 #include "measurement/MicrophoneCorrection.h"
 #include "measurement/PipelineRecorder.h"
 #include "measurement/SPLProcessor.h"
+#include "measurement/SpectrumAnalyzer.h"
 #include "measurement/TimeWeighting.h"
 
 namespace ostrel {
@@ -26,8 +27,19 @@ class MeasurementPipeline {
 public:
     struct State {
         SPLProcessor processor{48000.0, FrequencyWeighting::a, TimeWeighting::fast, 0.0};
+        SpectrumAnalyzer analyzer{48000.0};
         std::int64_t intervalLength = 4800;
         std::shared_ptr<PipelineRecorder> recorder;
+    };
+
+    // What tests and diagnostics may see of the state, copied under the lock.
+    struct Snapshot {
+        SPLProcessor processor;
+        std::int64_t intervalLength;
+        bool hasRecorder;
+        double analyzerSampleRate;
+        std::int64_t analyzerFilled;
+        bool analyzerHasCorrection;
     };
 
     using Clock = std::function<Date()>;
@@ -46,8 +58,7 @@ public:
     // Audio thread. At most one interval per block.
     std::optional<MeasurementInterval> process(std::span<const float> samples);
 
-    // A copy of the state, for tests and diagnostics.
-    State snapshot() const;
+    Snapshot snapshot() const;
 
     // Runs in `configure` after a new correction was designed and before it is swapped in, so
     // that a test can put a device restart into exactly that gap.

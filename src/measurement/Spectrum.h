@@ -1,9 +1,15 @@
 #pragma once
 
 // What the analyser says about one interval: third-octave and fine band levels, the dominant
-// frequency and the strongest peak. A band level of exactly -200 means no measurement.
+// frequency and the strongest peak. A band level of exactly -200 means no measurement. Fixed-size
+// arrays, so that a spectrum is made on the audio thread without allocating.
+#include <array>
 #include <optional>
-#include <vector>
+
+#include <QLocale>
+#include <QString>
+
+#include "measurement/SpectrumBand.h"
 
 namespace ostrel {
 
@@ -16,10 +22,18 @@ struct SpectralPeak {
 };
 
 struct Spectrum {
-    std::vector<double> bandLevels; // 31 third-octave levels
+    std::array<double, SpectrumBand::thirdOctaveCount> bandLevels{};
     std::optional<double> dominantFrequency;
     std::optional<SpectralPeak> peak;
-    std::vector<double> fineBandLevels; // 240 levels on the 1/24-octave grid
+    std::array<double, SpectrumBand::fineCount> fineBandLevels{};
+
+    // 1000 x 10^((index - 17)/10): the exact centre of third-octave band `index`.
+    static double exactCenter(int index) noexcept;
+    // "99.9 Hz", "250 Hz", "1.25 kHz", "12.5 kHz"; decimals in the given locale.
+    static QString format(double frequency, const QLocale& locale = QLocale());
+    // Axis label: "1k", "2.5k", "500", "31".
+    static QString shortLabel(double frequency);
+
     bool operator==(const Spectrum&) const = default;
 };
 

@@ -8,6 +8,7 @@
 
 #include "measurement/MeasurementPipeline.h"
 #include "measurement/SPLMath.h"
+#include "support/AllocationCounter.h"
 #include "support/Signals.h"
 
 using namespace ostrel;
@@ -216,4 +217,61 @@ TEST(MeasurementPipeline, RecorderGetsEveryBlockWithTheIntervalThatClosedOnItAnd
     pipeline.setRecorder(nullptr);
     feed(pipeline, samples, 1200);
     EXPECT_EQ(recorder->calls.size(), 16u);
+}
+
+TEST(MeasurementPipeline, IntervalsCarryASpectrumOnceTheShortWindowIsFull)
+{
+    MeasurementPipeline pipeline;
+    pipeline.prepare(48000.0);
+    const auto intervals = feed(pipeline, testsignals::sine(1000.0, 0.1, 48000.0, 48000), 4800);
+    ASSERT_EQ(intervals.size(), 10u);
+    // 16384 samples make the short window: the fourth interval ends at 19200.
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_FALSE(intervals[i].spectrum) << i;
+    for (std::size_t i = 3; i < 10; ++i) ASSERT_TRUE(intervals[i].spectrum) << i;
+    EXPECT_NEAR(*intervals[9].spectrum->dominantFrequency, 1000.0, 1.0);
+    EXPECT_NEAR(intervals[9].spectrum->bandLevels[17], -23.01, 0.05);
+}
+
+TEST(MeasurementPipeline, SpectraAreUnweightedAndCalibrated)
+{
+    MeasurementPipeline pipeline;
+    pipeline.configure(FrequencyWeighting::a, TimeWeighting::fast, 100.0, std::nullopt);
+    pipeline.prepare(48000.0);
+    // 100 Hz is 19 dB down in A weighting; the spectrum still reads the tone as it is.
+    const auto intervals = feed(pipeline, testsignals::sine(100.0, 0.1, 48000.0, 48000), 4800);
+    ASSERT_TRUE(intervals.back().spectrum);
+    EXPECT_NEAR(intervals.back().spectrum->bandLevels[7], 100.0 - 23.01, 0.1);
+    EXPECT_LT(intervals.back().level, 100.0 - 23.01 - 15.0);
+}
+
+TEST(MeasurementPipeline, ACorrectionReachesTheAnalyserAndARestartKeepsIt)
+{
+    MeasurementPipeline pipeline;
+    pipeline.prepare(48000.0);
+    pipeline.configure(FrequencyWeighting::a, TimeWeighting::fast, 0.0, flatMicrophone("flat"));
+    EXPECT_TRUE(pipeline.snapshot().analyzerHasCorrection);
+    pipeline.prepare(96000.0);
+    const auto state = pipeline.snapshot();
+    EXPECT_TRUE(state.analyzerHasCorrection);
+    EXPECT_EQ(state.analyzerSampleRate, 96000.0);
+    EXPECT_EQ(state.analyzerFilled, 0);
+}
+
+TEST(MeasurementPipeline, ProcessDoesNotAllocateWithoutARecorder)
+{
+    MeasurementPipeline pipeline;
+    pipeline.prepare(48000.0);
+    const auto samples = testsignals::noise(0.1, 48000 * 2);
+    feed(pipeline, samples, 480); // fill both windows first
+    std::size_t intervals = 0;
+    std::size_t allocations = 0;
+    {
+        testsupport::AllocationCounter counter;
+        for (std::size_t start = 0; start < samples.size(); start += 480) {
+            if (pipeline.process(std::span(samples.data() + start, 480))) ++intervals;
+        }
+        allocations = counter.count();
+    }
+    EXPECT_EQ(intervals, 20u);
+    EXPECT_EQ(allocations, 0u);
 }

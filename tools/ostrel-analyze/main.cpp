@@ -40,7 +40,7 @@ std::string displayName(const std::string& path)
     return path == "-" ? std::string("standard input") : "\"" + path + "\"";
 }
 
-int analyze(const AnalyzeOptions& options)
+int run(const AnalyzeOptions& options)
 {
     AudioFileDecoder::quietLibraryLog();
     auto opened = options.path == "-" ? AudioFileDecoder::openStandardInput()
@@ -117,5 +117,5 @@ int main(int argc, char** argv)
         return 0;
     }
     if (const auto* error = std::get_if<OptionError>(&parsed)) return fail(error->message);
-    return analyze(std::get<AnalyzeOptions>(parsed));
+    return run(std::get<AnalyzeOptions>(parsed));
 }
