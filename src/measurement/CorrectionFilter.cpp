@@ -10,6 +10,8 @@
 
 #include <fftw3.h>
 
+#include "measurement/FftwPlanner.h"
+
 namespace ostrel {
 
 namespace {
@@ -21,14 +23,6 @@ constexpr double lowestDesignFrequency = 20.0;
 constexpr double highestDesignFrequency = 20000.0;
 constexpr double referenceFrequency = 1000.0;
 constexpr double responseLimit = 20.0;
-
-
-// The FFTW planner keeps global state; only fftwf_execute may run concurrently.
-std::mutex& plannerMutex()
-{
-    static std::mutex mutex;
-    return mutex;
-}
 
 struct FftwFree {
     void operator()(fftwf_complex* data) const noexcept { fftwf_free(data); }
@@ -44,8 +38,8 @@ double inverseAmplitude(const MicrophoneCorrection& correction, double frequency
     return std::sqrt(std::pow(10.0, -response / 10.0));
 }
 
-// Computes `lanes` neighbouring outputs at once from a local accumulator, tap by tap. The
-// fixed width lets the compiler vectorise at -O2, and the local array can't alias the input.
+// A fixed width is what the compiler vectorises at -O2, and a local accumulator can't alias the
+// input. Narrow widths are latency-bound, so blocks use the widest that fits first.
 template <std::size_t lanes>
 std::size_t convolveLanes(const float* in, const float* taps, float* out, std::size_t n,
                           std::size_t count) noexcept
@@ -89,14 +83,14 @@ std::vector<float> CorrectionFilter::design(const MicrophoneCorrection& correcti
 
     fftwf_plan plan = nullptr;
     {
-        const std::lock_guard lock(plannerMutex());
+        const std::lock_guard lock(fftwPlannerMutex());
         plan = fftwf_plan_dft_1d(transformSize, spectrum.get(), impulse.get(), FFTW_BACKWARD,
                                  FFTW_ESTIMATE);
     }
     if (!plan) return taps;
     fftwf_execute(plan);
     {
-        const std::lock_guard lock(plannerMutex());
+        const std::lock_guard lock(fftwPlannerMutex());
         fftwf_destroy_plan(plan);
     }
 

@@ -132,6 +132,8 @@ MicrophoneCorrection::MicrophoneCorrection(std::string name, std::vector<Point> 
 std::variant<MicrophoneCorrection, MicrophoneCorrection::ParseError>
 MicrophoneCorrection::parsing(std::string_view text, std::string name)
 {
+    // Files saved by Windows tools often begin with a byte-order mark.
+    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
     std::vector<Point> found;
     std::optional<double> sensitivity;
     forEachLine(text, [&](std::string_view raw) {

@@ -53,7 +53,7 @@ double SPLProcessor::currentLevel() const noexcept
     return SPLMath::decibels(selectedDetector() * calibrationGain_);
 }
 
-void SPLProcessor::process(std::span<const float> samples) noexcept
+void SPLProcessor::process(std::span<const float> samples)
 {
     if (samples.empty()) return;
     if (correctionFilter_) {

@@ -42,7 +42,8 @@ public:
     std::int64_t pendingSampleCount() const noexcept { return intervalSamples_; }
     double currentLevel() const noexcept;
 
-    void process(std::span<const float> samples) noexcept;
+    // Not noexcept: the correction filter grows for a block larger than any before.
+    void process(std::span<const float> samples);
     MeasurementInterval takeInterval() noexcept;
     void reset() noexcept;
 

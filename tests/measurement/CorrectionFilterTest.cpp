@@ -10,6 +10,7 @@
 
 #include "measurement/CorrectionFilter.h"
 #include "measurement/MicrophoneCorrection.h"
+#include "support/AllocationCounter.h"
 
 using namespace ostrel;
 
@@ -232,6 +233,7 @@ TEST(CorrectionFilter, RepeatedBlocksOfTheSameSizeDoNotReallocate)
     CorrectionFilter filter(tilted(), rate);
     const auto block = noise(480, 2);
     const float* first = filter.process(block).data();
+    const testsupport::AllocationCounter allocations;
     for (int i = 0; i < 20; ++i) {
         const auto out = filter.process(block);
         EXPECT_EQ(out.data(), first);
@@ -240,4 +242,17 @@ TEST(CorrectionFilter, RepeatedBlocksOfTheSameSizeDoNotReallocate)
     const auto smaller = filter.process(std::span(block).first(100));
     EXPECT_EQ(smaller.data(), first);
     EXPECT_EQ(smaller.size(), 100u);
+    EXPECT_EQ(allocations.count(), 0u);
+}
+
+TEST(CorrectionFilter, AfterALargeBlockNoBlockUpToItsSizeAllocates)
+{
+    CorrectionFilter filter(tilted(), rate);
+    filter.process(noise(64, 4));
+    const auto large = noise(4096, 6);
+    filter.process(large);
+    const testsupport::AllocationCounter allocations;
+    for (int i = 0; i < 5; ++i) filter.process(large);
+    filter.process(std::span(large).first(1));
+    EXPECT_EQ(allocations.count(), 0u);
 }

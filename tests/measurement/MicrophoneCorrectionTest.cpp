@@ -301,3 +301,12 @@ TEST(MicrophoneCorrection, FromJsonRejectsWrongTypes)
     pointWithText.insert("points", textPoints);
     EXPECT_FALSE(MicrophoneCorrection::fromJson(pointWithText).has_value());
 }
+
+TEST(MicrophoneCorrection, ALeadingByteOrderMarkDoesNotHideTheFirstRow)
+{
+    const auto result = MicrophoneCorrection::parsing("\xEF\xBB\xBF" "20 1.5\n1000 0\n20000 -2\n", "bom.txt");
+    ASSERT_TRUE(std::holds_alternative<MicrophoneCorrection>(result));
+    const auto& correction = std::get<MicrophoneCorrection>(result);
+    ASSERT_EQ(correction.points().size(), 3u);
+    EXPECT_EQ(correction.points().front().frequency, 20.0);
+}

@@ -437,3 +437,26 @@ TEST(AnalyzeEndToEndTest, ShortFileShowsNoProgressEvenOnATerminal)
     ASSERT_EQ(run.exitStatus, 0);
     EXPECT_EQ(run.err, "");
 }
+
+TEST(AnalyzeEndToEndTest, CorruptPacketsAreSkippedWithAWarning)
+{
+    const auto path = fixturePath("damaged.flac");
+    ASSERT_EQ(encodeFile(path, "flac", "flac", sine(1000.0, toneAmplitude, rate, 3 * rate), 1, rate),
+              std::nullopt);
+    const auto clean = runAnalyzer({path.string()});
+    ASSERT_EQ(clean.exitStatus, 0) << clean.err;
+    EXPECT_EQ(clean.err, "");
+
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    file.seekg(0, std::ios::end);
+    const auto size = static_cast<std::streamoff>(file.tellg());
+    file.seekp(size / 2);
+    std::mt19937 random(3);
+    for (int index = 0; index < 2000; ++index) file.put(static_cast<char>(random() & 0xff));
+    file.close();
+
+    const auto damaged = runAnalyzer({path.string()});
+    EXPECT_EQ(damaged.exitStatus, 0);
+    EXPECT_TRUE(oneLine(damaged.err).starts_with("ostrel-analyze: warning: skipped ")) << damaged.err;
+    EXPECT_LT(parseCsv(damaged.out).rows.size(), parseCsv(clean.out).rows.size());
+}

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <locale>
+#include <string>
 
 #include "ostrel-analyze/RowFormatter.h"
 
@@ -49,14 +51,22 @@ TEST(AnalyzeRowFormatTest, JsonlRowNamesEveryField)
 
 TEST(AnalyzeRowFormatTest, DecimalPointIgnoresTheLocale)
 {
-    // A comma locale is only present on some machines; without one the test still checks the C
-    // locale.
-    const char* previous = std::setlocale(LC_ALL, nullptr);
-    const std::string saved = previous ? previous : "C";
-    std::setlocale(LC_ALL, "de_DE.UTF-8");
+    struct CommaDecimal : std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+    };
+    const std::locale previous = std::locale::global(std::locale(std::locale::classic(),
+                                                                 new CommaDecimal));
+    // The C library's locale too, where a comma locale is installed; many machines have none.
+    const std::string previousC = std::setlocale(LC_NUMERIC, nullptr);
+    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "nl_NL.UTF-8"})
+        if (std::setlocale(LC_NUMERIC, name)) break;
+
     EXPECT_EQ(formatFixed(-23.0103, 2), "-23.01");
-    EXPECT_EQ(formatRow(OutputFormat::csv, 0.1, interval()).substr(0, 12), "0.100,-23.02");
-    std::setlocale(LC_ALL, saved.c_str());
+    EXPECT_EQ(formatRow(OutputFormat::csv, 0.1, interval()),
+              "0.100,-23.02,-23.01,-20.00,-22.99,-33.01,false\n");
+
+    std::setlocale(LC_NUMERIC, previousC.c_str());
+    std::locale::global(previous);
 }
 
 TEST(AnalyzeRowFormatTest, FixedRoundsAndNeverShowsNegativeZero)
