@@ -9,6 +9,7 @@ packages=(
   libfftw3-dev
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  python3 python3-liblo
 )
 
 missing=()

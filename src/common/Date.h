@@ -8,6 +8,10 @@ namespace ostrel {
 
 using Date = std::chrono::system_clock::time_point;
 
+// "Never": far enough back for any throttle to pass, near enough that differences in
+// nanoseconds cannot overflow.
+inline constexpr Date distantPast = Date{} - std::chrono::hours(24 * 365 * 100);
+
 // Seconds from `from` to `to`, as the rest of the system counts durations.
 inline double secondsBetween(Date from, Date to)
 {

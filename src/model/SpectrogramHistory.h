@@ -17,7 +17,7 @@ public:
     static constexpr std::int64_t defaultRows = 240;     // the fine 1/24-octave grid
     static constexpr std::int64_t defaultCapacity = 610; // about a minute at ten spectra a second
     // The date of a column that was never written.
-    static constexpr Date distantPast = Date::min();
+    static constexpr Date distantPast = ostrel::distantPast;
 
     // Rows and capacity below 1 become 1.
     explicit SpectrogramHistory(std::int64_t rows = defaultRows,
