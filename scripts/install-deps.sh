@@ -5,7 +5,8 @@ set -euo pipefail
 
 packages=(
   g++ make cmake ninja-build ccache pkg-config
-  qt6-base-dev
+  qt6-base-dev qt6-multimedia-dev
+  pulseaudio pulseaudio-utils
   libfftw3-dev
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
   libgtest-dev libgmock-dev libbenchmark-dev

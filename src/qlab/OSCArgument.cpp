@@ -20,10 +20,10 @@ char OSCArgument::typeTag() const noexcept
 
 std::optional<std::string> OSCArgument::stringValue() const
 {
-    if (const auto* number = std::get_if<std::int32_t>(&value_)) return std::to_string(*number);
-    if (const auto* number = std::get_if<float>(&value_)) {
+    if (const auto* integer = std::get_if<std::int32_t>(&value_)) return std::to_string(*integer);
+    if (const auto* real = std::get_if<float>(&value_)) {
         std::array<char, 32> text{};
-        const auto result = std::to_chars(text.data(), text.data() + text.size(), *number);
+        const auto result = std::to_chars(text.data(), text.data() + text.size(), *real);
         return std::string(text.data(), result.ptr);
     }
     if (const auto* text = std::get_if<std::string>(&value_)) return *text;

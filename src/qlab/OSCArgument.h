@@ -21,12 +21,12 @@ public:
     enum class Kind { int32, float32, string, blob, boolean, null };
 
     // Named makers rather than converting constructors, so that a bool never turns into an int.
-    static OSCArgument int32(std::int32_t value) { return OSCArgument(Value(std::in_place_type<std::int32_t>, value)); }
-    static OSCArgument float32(float value) { return OSCArgument(Value(std::in_place_type<float>, value)); }
-    static OSCArgument string(std::string value) { return OSCArgument(Value(std::in_place_type<std::string>, std::move(value))); }
-    static OSCArgument blob(Blob value) { return OSCArgument(Value(std::in_place_type<Blob>, std::move(value))); }
-    static OSCArgument boolean(bool value) { return OSCArgument(Value(std::in_place_type<bool>, value)); }
-    static OSCArgument null() { return OSCArgument(Value(std::in_place_type<Null>)); }
+    static OSCArgument int32(std::int32_t value) { return OSCArgument(std::in_place_type<std::int32_t>, value); }
+    static OSCArgument float32(float value) { return OSCArgument(std::in_place_type<float>, value); }
+    static OSCArgument string(std::string value) { return OSCArgument(std::in_place_type<std::string>, std::move(value)); }
+    static OSCArgument blob(Blob value) { return OSCArgument(std::in_place_type<Blob>, std::move(value)); }
+    static OSCArgument boolean(bool value) { return OSCArgument(std::in_place_type<bool>, value); }
+    static OSCArgument null() { return OSCArgument(std::in_place_type<Null>); }
 
     Kind kind() const noexcept { return static_cast<Kind>(value_.index()); }
     const Value& value() const noexcept { return value_; }
@@ -41,7 +41,12 @@ public:
     bool operator==(const OSCArgument&) const = default;
 
 private:
-    explicit OSCArgument(Value value) : value_(std::move(value)) {}
+    // Built in place: moving a whole variant in trips a false uninitialised-use warning of GCC 12.
+    template <typename T, typename... Arguments>
+    explicit OSCArgument(std::in_place_type_t<T> type, Arguments&&... arguments)
+        : value_(type, std::forward<Arguments>(arguments)...)
+    {
+    }
 
     Value value_;
 };

@@ -32,10 +32,10 @@ void appendString(Bytes& packet, std::string_view text)
 void appendBody(Bytes& packet, const OSCArgument& argument)
 {
     const auto& value = argument.value();
-    if (const auto* number = std::get_if<std::int32_t>(&value)) {
-        appendBigEndian32(packet, static_cast<std::uint32_t>(*number));
-    } else if (const auto* number = std::get_if<float>(&value)) {
-        appendBigEndian32(packet, std::bit_cast<std::uint32_t>(*number));
+    if (const auto* integer = std::get_if<std::int32_t>(&value)) {
+        appendBigEndian32(packet, static_cast<std::uint32_t>(*integer));
+    } else if (const auto* real = std::get_if<float>(&value)) {
+        appendBigEndian32(packet, std::bit_cast<std::uint32_t>(*real));
     } else if (const auto* text = std::get_if<std::string>(&value)) {
         appendString(packet, *text);
     } else if (const auto* blob = std::get_if<OSCArgument::Blob>(&value)) {

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include <QJsonValue>
-#include <QRegularExpression>
 
 #include "common/ReferenceDate.h"
 
@@ -55,14 +54,6 @@ void QLabCue::adoptTiming(const QLabCue& previous)
     if (!timecodeOutputType) timecodeOutputType = previous.timecodeOutputType;
 }
 
-std::optional<QString> QLabCue::timecodeText(const QString& text)
-{
-    static const QRegularExpression pattern(QStringLiteral(R"(\d{1,2}:\d{2}:\d{2}[:;]\d{2})"));
-    const auto match = pattern.match(text);
-    if (!match.hasMatch()) return std::nullopt;
-    return match.captured(0);
-}
-
 namespace {
 
 // Optional keys: missing or null is absent; anything but the right type spoils the whole cue.
@@ -77,25 +68,25 @@ bool readOptional(const QJsonObject& object, const char* key, std::optional<T>& 
     return true;
 }
 
-std::optional<double> number(const QJsonValue& value)
+std::optional<double> jsonNumber(const QJsonValue& value)
 {
     if (!value.isDouble()) return std::nullopt;
     return value.toDouble();
 }
 
-std::optional<QString> text(const QJsonValue& value)
+std::optional<QString> jsonText(const QJsonValue& value)
 {
     if (!value.isString()) return std::nullopt;
     return value.toString();
 }
 
-std::optional<Date> date(const QJsonValue& value)
+std::optional<Date> jsonDate(const QJsonValue& value)
 {
     if (!value.isDouble()) return std::nullopt;
     return ReferenceDate::date(value.toDouble());
 }
 
-std::optional<std::int64_t> integer(const QJsonValue& value)
+std::optional<std::int64_t> jsonInteger(const QJsonValue& value)
 {
     if (!value.isDouble()) return std::nullopt;
     const double number = value.toDouble();
@@ -132,7 +123,7 @@ std::optional<QLabCue> QLabCue::fromJson(const QJsonObject& object)
     const QJsonValue nameValue = object.value("name");
     const QJsonValue typeValue = object.value("type");
     const QJsonValue pausedValue = object.value("isPaused");
-    const auto started = date(object.value("startedAt"));
+    const auto started = jsonDate(object.value("startedAt"));
     if (!idValue.isString() || !numberValue.isString() || !nameValue.isString()
         || !typeValue.isString() || !pausedValue.isBool() || !started)
         return std::nullopt;
@@ -144,13 +135,13 @@ std::optional<QLabCue> QLabCue::fromJson(const QJsonObject& object)
     cue.type = typeValue.toString();
     cue.isPaused = pausedValue.toBool();
     cue.startedAt = *started;
-    const bool readable = readOptional(object, "actionElapsed", cue.actionElapsed, number)
-        && readOptional(object, "duration", cue.duration, number)
-        && readOptional(object, "sampledAt", cue.sampledAt, date)
-        && readOptional(object, "parentID", cue.parentID, text)
-        && readOptional(object, "timecodeStart", cue.timecodeStart, text)
-        && readOptional(object, "timecodeRateIndex", cue.timecodeRateIndex, integer)
-        && readOptional(object, "timecodeOutputType", cue.timecodeOutputType, integer);
+    const bool readable = readOptional(object, "actionElapsed", cue.actionElapsed, jsonNumber)
+        && readOptional(object, "duration", cue.duration, jsonNumber)
+        && readOptional(object, "sampledAt", cue.sampledAt, jsonDate)
+        && readOptional(object, "parentID", cue.parentID, jsonText)
+        && readOptional(object, "timecodeStart", cue.timecodeStart, jsonText)
+        && readOptional(object, "timecodeRateIndex", cue.timecodeRateIndex, jsonInteger)
+        && readOptional(object, "timecodeOutputType", cue.timecodeOutputType, jsonInteger);
     if (!readable) return std::nullopt;
     return cue;
 }

@@ -42,10 +42,6 @@ struct QLabCue {
     // A fresh list entry keeps what the polls learned about the same cue.
     void adoptTiming(const QLabCue& previous);
 
-    // The first "h:mm:ss:ff" or "hh:mm:ss;ff" in `text`: QLab 5.4 names an unnamed Timecode
-    // cue after its start time and shares that time nowhere else.
-    static std::optional<QString> timecodeText(const QString& text);
-
     // JSON with the field names as keys, dates as seconds since 2001 (the crew's form); absent
     // fields are left out. Nothing when a required key is missing or a value has the wrong type.
     QJsonObject toJson() const;

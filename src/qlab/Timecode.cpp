@@ -20,7 +20,7 @@ std::string_view trimmed(std::string_view text) noexcept
 {
     const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && false) text.remove_suffix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
     return text;
 }
 

@@ -24,7 +24,7 @@ public:
 
     // Any count is accepted; it wraps into one day, negatives from the end of the day.
     Timecode(std::int64_t frame, TimecodeRate rate) noexcept;
-    // Labels that drop-frame skips (;00 and ;01 of most minutes) are taken, landing two frames early.
+    // Labels that drop frame skips (;00 and ;01 of most minutes) land two frames early.
     Timecode(int hours, int minutes, int seconds, int frames, TimecodeRate rate) noexcept;
 
     // Reads "HH:MM:SS:FF", "HH:MM:SS" or plain seconds as QLab reports a start time.

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 #include "qlab/QLabTimecodeSettings.h"
 
 using namespace ostrel;
 
 namespace {
 
-QLabTimecodeSettings settings(std::optional<int> outputType)
+QLabTimecodeSettings settings(std::optional<std::int64_t> outputType)
 {
     return {Timecode(1, 0, 0, 0, TimecodeRate::fps25), outputType};
 }

@@ -101,7 +101,8 @@ TEST(TimecodeRoundTrip, FormattedTextParsesBackToTheSameTimecode)
             const Timecode timecode(frame, rate);
             const auto parsed = Timecode::fromQLabString(timecode.formatted(), rate);
             ASSERT_TRUE(parsed) << TimecodeRates::title(rate) << " " << timecode.formatted();
-            EXPECT_EQ(*parsed, timecode) << TimecodeRates::title(rate) << " " << timecode.formatted();
+            EXPECT_EQ(*parsed, timecode)
+                << TimecodeRates::title(rate) << " " << timecode.formatted();
         }
         const Timecode last(day - 1, rate);
         EXPECT_EQ(Timecode::fromQLabString(last.formatted(), rate), last)

@@ -10,6 +10,11 @@ TEST(TimecodeText, FindsTheStartTimeInAGeneratedCueName)
     EXPECT_EQ(timecodeText("LTC @ 10:20:30;15"), "10:20:30;15");
 }
 
+TEST(TimecodeText, FindsTheTimeAmongstNonAsciiText)
+{
+    EXPECT_EQ(timecodeText("Sc\u00e8ne 2 \u2013 00:59:58;10 \u2192"), "00:59:58;10");
+}
+
 TEST(TimecodeText, TakesASingleDigitHour)
 {
     EXPECT_EQ(timecodeText("MTC 1:02:03:04"), "1:02:03:04");

@@ -45,6 +45,7 @@ TEST(AnalyzeOptionsTest, DefaultsAreAWeightingFastNoOffsetFirstChannelCsv)
     EXPECT_EQ(parsed.channel, 0);
     EXPECT_EQ(parsed.format, OutputFormat::csv);
     EXPECT_FALSE(parsed.summary);
+    EXPECT_FALSE(parsed.spectrum);
 }
 
 TEST(AnalyzeOptionsTest, ReadsEachWeighting)
@@ -76,6 +77,15 @@ TEST(AnalyzeOptionsTest, ReadsChannelFormatAndSummary)
     EXPECT_EQ(options({"f.wav", "--format", "jsonl"}).format, OutputFormat::jsonl);
     EXPECT_EQ(options({"f.wav", "--format", "csv"}).format, OutputFormat::csv);
     EXPECT_TRUE(options({"f.wav", "--summary"}).summary);
+}
+
+TEST(AnalyzeOptionsTest, SpectrumIsAFlagOfItsOwn)
+{
+    const auto parsed = options({"--spectrum", "f.wav"});
+    EXPECT_TRUE(parsed.spectrum);
+    EXPECT_FALSE(parsed.summary);
+    EXPECT_FALSE(options({"f.wav", "--summary"}).spectrum);
+    EXPECT_EQ(error({"f.wav", "--spectrum=yes"}), "option --spectrum takes no value");
 }
 
 TEST(AnalyzeOptionsTest, AcceptsValuesAfterAnEqualsSign)
@@ -116,8 +126,8 @@ TEST(AnalyzeOptionsTest, HelpWinsOverEverythingElse)
 TEST(AnalyzeOptionsTest, UsageNamesEveryOption)
 {
     const std::string_view usage = usageText();
-    for (std::string_view option :
-         {"--weighting", "--response", "--offset", "--channel", "--format", "--summary", "--help"})
+    for (std::string_view option : {"--weighting", "--response", "--offset", "--channel",
+                                    "--format", "--summary", "--spectrum", "--help"})
         EXPECT_NE(usage.find(option), std::string_view::npos) << option;
 }
 

@@ -116,10 +116,10 @@ ParsedCommandLine parseCommandLine(std::span<const std::string_view> arguments)
 
         const auto equals = argument.find('=');
         const std::string_view name = argument.substr(0, equals);
-        if (name == "--summary") {
+        if (name == "--summary" || name == "--spectrum") {
             if (equals != std::string_view::npos)
-                return OptionError{"option --summary takes no value"};
-            options.summary = true;
+                return OptionError{"option " + std::string(name) + " takes no value"};
+            (name == "--summary" ? options.summary : options.spectrum) = true;
             continue;
         }
         if (!takesValue(name)) return OptionError{"unknown option " + quoted(argument)};
@@ -157,10 +157,15 @@ Options:
   --channel N           channel to measure, counted from 0 (default 0)
   --format csv|jsonl    output format (default csv)
   --summary             end with the file's Leq, Peak, Max and duration
+  --spectrum            add the spectrum and feedback warnings to every row
   -h, --help            show this help
 
 Columns: time (s of audio at the interval's end), level, leq, peak, max, rawDBFS,
-clipped. Samples after the last whole interval are not reported.
+clipped. With --spectrum they go on with the 31 third-octave levels (third_<Hz>),
+the 240 fine band levels (fine_<Hz>), dominant, peakFrequency, peakLevel,
+peakProminence, peakHarmonic and feedback (Hz of a feedback warning in force);
+JSONL rows carry them as bands, fine, dominant, spectralPeak and feedback.
+Samples after the last whole interval are not reported.
 Exit status: 0 on success, 2 on any error (one line on standard error).
 )";
 }

@@ -22,6 +22,7 @@ struct AnalyzeOptions {
     int channel = 0; // zero-based, as the meter numbers channels
     OutputFormat format = OutputFormat::csv;
     bool summary = false;
+    bool spectrum = false;
 
     bool operator==(const AnalyzeOptions&) const = default;
 };

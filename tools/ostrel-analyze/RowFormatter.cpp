@@ -1,16 +1,13 @@
 #include "ostrel-analyze/RowFormatter.h"
 
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <optional>
+#include <string_view>
+
+#include "ostrel-analyze/SpectrumColumns.h"
 
 namespace ostrel::analyze {
 
 namespace {
-
-constexpr int timeDecimals = 3;
-constexpr int levelDecimals = 2;
 
 std::string level(double value)
 {
@@ -29,25 +26,17 @@ std::string_view boolean(bool value)
 
 } // namespace
 
-std::string formatFixed(double value, int decimals)
+std::string formatHeader(OutputFormat format, bool spectrum)
 {
-    // A value that rounds to zero prints as zero, not with a sign that only confuses a diff.
-    const double scale = std::pow(10.0, decimals);
-    if (std::round(std::abs(value) * scale) == 0.0) value = 0.0;
-    // Room for the longest fixed double, about 310 digits.
-    std::array<char, 512> buffer{};
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                            std::chars_format::fixed, decimals);
-    if (error != std::errc()) return "nan";
-    return std::string(buffer.data(), end);
+    if (format != OutputFormat::csv) return "";
+    std::string header = "time,level,leq,peak,max,rawDBFS,clipped";
+    if (spectrum) header += spectrumCsvHeader();
+    header += '\n';
+    return header;
 }
 
-std::string formatHeader(OutputFormat format)
-{
-    return format == OutputFormat::csv ? "time,level,leq,peak,max,rawDBFS,clipped\n" : "";
-}
-
-std::string formatRow(OutputFormat format, double time, const MeasurementInterval& interval)
+std::string formatRow(OutputFormat format, double time, const MeasurementInterval& interval,
+                      const std::optional<SpectrumExtras>& spectrum)
 {
     const std::string timeText = formatFixed(time, timeDecimals);
     if (format == OutputFormat::csv) {
@@ -59,6 +48,7 @@ std::string formatRow(OutputFormat format, double time, const MeasurementInterva
         }
         row += ',';
         row += boolean(interval.clipped);
+        if (spectrum) row += spectrumCsvCells(interval.spectrum, spectrum->feedback);
         row += '\n';
         return row;
     }
@@ -70,6 +60,7 @@ std::string formatRow(OutputFormat format, double time, const MeasurementInterva
     row += ",\"rawDBFS\":" + level(interval.rawLevelDBFS());
     row += ",\"clipped\":";
     row += boolean(interval.clipped);
+    if (spectrum) row += spectrumJsonFields(interval.spectrum, spectrum->feedback);
     row += "}\n";
     return row;
 }

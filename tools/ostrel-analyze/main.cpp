@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -14,6 +15,7 @@
 #include "measurement/LevelStatistics.h"
 #include "measurement/MeasurementPipeline.h"
 #include "ostrel-analyze/AnalyzeOptions.h"
+#include "ostrel-analyze/AudioClockFeedback.h"
 #include "ostrel-analyze/ProgressLine.h"
 #include "ostrel-analyze/RowFormatter.h"
 
@@ -74,7 +76,8 @@ int run(const AnalyzeOptions& options)
     const auto stride = static_cast<std::size_t>(channels);
     const auto channel = static_cast<std::size_t>(options.channel);
 
-    write(formatHeader(options.format));
+    AudioClockFeedback feedback;
+    write(formatHeader(options.format, options.spectrum));
     for (;;) {
         const std::size_t frames = decoder.read(interleaved, blockFrames);
         if (frames == 0) break;
@@ -86,7 +89,9 @@ int run(const AnalyzeOptions& options)
         // A short last block leaves a partial interval, which the station would not report.
         if (const auto interval = pipeline.process(block)) {
             statistics.add(*interval);
-            write(formatRow(options.format, time, *interval));
+            std::optional<SpectrumExtras> extras;
+            if (options.spectrum) extras = SpectrumExtras{feedback.update(*interval, time)};
+            write(formatRow(options.format, time, *interval, extras));
         }
         progress.update(time);
         if (frames < blockFrames) break;

@@ -1,0 +1,110 @@
+// The real audio input against a private PulseAudio server: a tone played into a null sink is
+// measured through Qt Multimedia, and the capture source is pulled out and plugged in again.
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <cmath>
+
+#include "audio/AudioInput.h"
+#include "audio/QtAudioCaptureBackend.h"
+#include "measurement/SPLMath.h"
+
+using namespace ostrel;
+
+class AudioInputPulseTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir folder;
+    QProcess player;
+    static constexpr int pollMs = 100;
+    static constexpr int delayMs = 100;
+
+    static void runServerScript(const char* command)
+    {
+        QProcess script;
+        script.start(OSTREL_PULSE_SCRIPT, {command, OSTREL_PULSE_DIR});
+        QVERIFY(script.waitForFinished(20000));
+        QCOMPARE(script.exitCode(), 0);
+    }
+
+    std::unique_ptr<AudioInput> makeInput()
+    {
+        auto input = std::make_unique<AudioInput>(std::make_unique<QtAudioCaptureBackend>(pollMs));
+        input->setRestartDelay(delayMs);
+        input->pipeline()->configure(FrequencyWeighting::z, TimeWeighting::fast, 0.0, std::nullopt);
+        return input;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(qEnvironmentVariableIsSet("PULSE_SERVER"), "the pulse fixture sets PULSE_SERVER");
+        // A 1 kHz tone of amplitude 0.1 (-20 dBFS peak), played for longer than the tests run.
+        const QString tone = folder.filePath("tone.wav");
+        QProcess generator;
+        generator.start(OSTREL_TONE_TOOL, {"--frequency", "1000", "--amplitude", "0.1", "--seconds",
+                                           "120", "--rate", "48000", "--output", tone});
+        QVERIFY(generator.waitForFinished(20000));
+        QCOMPARE(generator.exitCode(), 0);
+        player.start("paplay", {"--latency-msec=10", "--device=testsink", tone});
+        QVERIFY(player.waitForStarted(5000));
+    }
+
+    void cleanupTestCase()
+    {
+        player.kill();
+        player.waitForFinished(5000);
+    }
+
+    void aToneThroughTheRealInputMeasuresItsLevel()
+    {
+        auto input = makeInput();
+        std::vector<MeasurementInterval> intervals;
+        input->onInterval = [&](const MeasurementInterval& interval) { intervals.push_back(interval); };
+        input->start("testmic", 0);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+        QCOMPARE(input->activeDevice()->name, QString("TestMic"));
+        QCOMPARE(input->sampleRate(), 48000.0);
+        // Two seconds of intervals: the first second settles the Fast detector.
+        QTRY_VERIFY_WITH_TIMEOUT(intervals.size() >= 20, 10000);
+        const double expected = SPLMath::decibels(0.1 * 0.1 / 2.0);
+        int measured = 0;
+        for (std::size_t i = 10; i < intervals.size(); ++i) {
+        QVERIFY2(std::fabs(intervals[i].leq() - expected) < 0.1,
+                     qPrintable(QString("interval %1 reads %2").arg(i).arg(intervals[i].leq())));
+            QVERIFY(std::fabs(intervals[i].level - expected) < 0.1);
+            ++measured;
+        }
+        QVERIFY(measured >= 10);
+        QVERIFY(intervals.back().spectrum.has_value());
+    }
+
+    void anUnpluggedSourceIsUnavailableAndComesBackOnItsOwn()
+    {
+        auto input = makeInput();
+        int received = 0;
+        input->onInterval = [&](const MeasurementInterval&) { ++received; };
+        input->start("testmic", 1);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+        QCOMPARE(input->measuredChannel(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(received > 0, 5000);
+
+        runServerScript("unplug");
+        QTRY_COMPARE_WITH_TIMEOUT(input->status(), AudioInput::Status::deviceUnavailable, 5000);
+        QVERIFY(!input->activeDevice());
+
+        const int restartsBefore = input->restartCount();
+        runServerScript("plug");
+        QTRY_COMPARE_WITH_TIMEOUT(input->status(), AudioInput::Status::running, 5000);
+        QCOMPARE(input->measuredChannel(), 1);
+        QCOMPARE(input->activeDevice()->uid, QString("testmic"));
+        QCOMPARE(input->restartCount(), restartsBefore + 1);
+        received = 0;
+        QTRY_VERIFY_WITH_TIMEOUT(received > 0, 5000);
+    }
+};
+
+QTEST_GUILESS_MAIN(AudioInputPulseTest)
+#include "AudioInputPulseTest.moc"
