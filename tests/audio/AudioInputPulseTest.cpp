@@ -48,7 +48,7 @@ private slots:
                                            "120", "--rate", "48000", "--output", tone});
         QVERIFY(generator.waitForFinished(20000));
         QCOMPARE(generator.exitCode(), 0);
-        player.start("paplay", {"--latency-msec=10", "--device=testsink", tone});
+        player.start("paplay", {"--latency-msec=1000", "--device=testsink", tone});
         QVERIFY(player.waitForStarted(5000));
     }
 

@@ -1,0 +1,123 @@
+#pragma once
+
+// The centre of the running station: owns one of every subsystem, decides the mode, starts
+// everything in a fixed order, routes each measurement interval to its consumers and turns every
+// settings change into a call on the subsystem concerned. Main thread only.
+//
+// Subsystems that join later (QLab, sessions, Dante, mics, crew, updater) are wired here as they
+// land; until then the routes that would reach them simply end.
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <QObject>
+#include <QPointer>
+#include <QProcessEnvironment>
+#include <QStringList>
+#include <QTimer>
+
+#include "audio/AudioCaptureBackend.h"
+#include "audio/AudioInput.h"
+#include "common/Date.h"
+#include "measurement/CalibrationCollector.h"
+#include "measurement/FrequencyWeighting.h"
+#include "measurement/MicrophoneCorrection.h"
+#include "model/AppSettings.h"
+#include "model/MeterModel.h"
+
+namespace ostrel {
+
+class AppModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(Mode mode READ mode CONSTANT)
+    Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
+    Q_PROPERTY(bool hasError READ hasError NOTIFY errorMessageChanged)
+
+public:
+    enum class Mode { live, demo, inert };
+    Q_ENUM(Mode)
+
+    // A test host sets this key; such a process never touches hardware or files.
+    static constexpr const char* inertEnvironmentKey = "XCTestConfigurationFilePath";
+    static constexpr const char* demoArgument = "-demo";
+    static constexpr int calibrationTickMs = 100;
+
+    // The environment test comes first: a test host run with "-demo" is inert.
+    static Mode currentMode(const QStringList& arguments, const QProcessEnvironment& environment);
+    static Mode currentMode();
+
+    // `audioBackend` is the capture system of the live input (Qt Multimedia in the station).
+    AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
+             std::unique_ptr<AudioCaptureBackend> audioBackend, QObject* parent = nullptr);
+    ~AppModel() override;
+
+    Mode mode() const { return mode_; }
+    AppSettings& settings() { return *settings_; }
+    AudioInput& audio() { return *audio_; }
+    MeterModel& meter() { return *meter_; }
+    bool hasStarted() const { return hasStarted_; }
+
+    // Idempotent: the first call sets everything going.
+    void start();
+    void ingest(const MeasurementInterval& interval, Date at);
+    // The "Try Again" of the audio notice.
+    void restartAudio();
+
+    using CalibrationProgress = std::function<void(double fraction)>;
+    using CalibrationCompletion = std::function<void(std::optional<CalibrationResult>)>;
+    // Measures a calibrator tone for `duration` seconds; progress about ten times a second, the
+    // last call exactly 1.0. Cancelling gives what the collector makes of what it has.
+    void measureCalibration(double duration, CalibrationProgress progress,
+                            CalibrationCompletion completion);
+    void cancelCalibration();
+    bool isMeasuringCalibration() const { return calibrationCollector_.has_value(); }
+    void setCalibrating(bool active);
+    void applyCalibration(double offset);
+
+    QString errorMessage() const { return errorMessage_.value_or(QString()); }
+    bool hasError() const { return errorMessage_.has_value(); }
+    void setErrorMessage(std::optional<QString> message);
+
+    // Called when the application is about to quit: a running session will be ended here.
+    void applicationWillTerminate();
+
+    // For tests: how often the measurement and display groups have been applied.
+    int measurementApplyCount() const { return measurementApplies_; }
+    int inputApplyCount() const { return inputApplies_; }
+    void setCalibrationTick(int milliseconds) { calibrationTick_ = milliseconds; }
+
+signals:
+    void errorMessageChanged();
+
+private:
+    struct ObservedGroup;
+
+    template <typename... Signals>
+    void observe(std::function<void()> apply, Signals... changes);
+    void schedule(const std::shared_ptr<ObservedGroup>& group);
+
+    void applyMeasurementSettings();
+    void applyDisplaySettings();
+    void applyInputSettings();
+    void finishCalibration();
+
+    Mode mode_;
+    std::unique_ptr<AppSettings> settings_;
+    std::unique_ptr<AudioInput> audio_;
+    std::unique_ptr<MeterModel> meter_;
+    std::optional<QString> errorMessage_;
+    bool hasStarted_ = false;
+    std::optional<FrequencyWeighting> appliedWeighting_;
+    std::optional<MicrophoneCorrection> appliedCorrection_;
+    std::optional<CalibrationCollector> calibrationCollector_;
+    QTimer calibrationTimer_;
+    int calibrationTick_ = calibrationTickMs;
+    Date calibrationStart_;
+    double calibrationDuration_ = 0.0;
+    CalibrationProgress calibrationProgress_;
+    CalibrationCompletion calibrationCompletion_;
+    int measurementApplies_ = 0;
+    int inputApplies_ = 0;
+};
+
+} // namespace ostrel
