@@ -63,46 +63,64 @@ void SPLProcessor::process(std::span<const float> samples)
     }
 }
 
+namespace {
+
+// The per-sample loop, with every coefficient and state word in a local so that the compiler
+// keeps the whole chain in registers. `Weighted` is false for Z, which passes samples untouched.
+template <bool Weighted>
+struct Accumulator {
+    double fast, slow, peak, maxState, rawSum = 0.0, energySum = 0.0;
+    bool clipped;
+
+    void run(std::span<const float> raw, std::span<const float> input, WeightingFilter& filter,
+             double fastAlpha, double slowAlpha, bool readsFast) noexcept
+    {
+        Biquad h = filter.highPass(), m = filter.mid(), l = filter.lowPass();
+        const double gain = filter.gain();
+        const std::size_t count = raw.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            const double r = raw[i];
+            // A NaN compares false and does not trip the clip test.
+            if (std::fabs(r) >= clipThreshold) clipped = true;
+            double y = input[i];
+            if constexpr (Weighted) y = gain * l.process(m.process(h.process(y)));
+            const double p = y * y;
+            if (p > peak) peak = p;
+            fast += fastAlpha * (p - fast);
+            slow += slowAlpha * (p - slow);
+            const double selected = readsFast ? fast : slow;
+            if (selected > maxState) maxState = selected;
+            rawSum += r * r;
+            energySum += p;
+        }
+        if constexpr (Weighted) filter.setState(h, m, l);
+    }
+};
+
+} // namespace
+
 void SPLProcessor::accumulate(std::span<const float> raw, std::span<const float> input) noexcept
 {
-    // Locals keep the loop in registers; the members are written back once per block.
-    WeightingFilter filter = filter_;
-    double fast = fastState_;
-    double slow = slowState_;
-    double peak = intervalPeak_;
-    double maxState = intervalMaxState_;
-    bool clipped = intervalClipped_;
-    double rawSum = 0.0;
-    double energySum = 0.0;
-    const double fastAlpha = fastAlpha_;
-    const double slowAlpha = slowAlpha_;
     const bool readsFast = response_ == TimeWeighting::fast;
-
-    const std::size_t count = raw.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        const double r = raw[i];
-        // A NaN compares false and does not trip the clip test.
-        if (std::fabs(r) >= clipThreshold) clipped = true;
-        const double y = filter.process(static_cast<double>(input[i]));
-        const double p = y * y;
-        if (p > peak) peak = p;
-        fast += fastAlpha * (p - fast);
-        slow += slowAlpha * (p - slow);
-        const double selected = readsFast ? fast : slow;
-        if (selected > maxState) maxState = selected;
-        rawSum += r * r;
-        energySum += p;
+    double rawSum = 0.0, energySum = 0.0;
+    if (filter_.weighting() == FrequencyWeighting::z) {
+        Accumulator<false> a{fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0,
+                             intervalClipped_};
+        a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
+        fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
+        intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
+        rawSum = a.rawSum, energySum = a.energySum;
+    } else {
+        Accumulator<true> a{fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0,
+                            intervalClipped_};
+        a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
+        fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
+        intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
+        rawSum = a.rawSum, energySum = a.energySum;
     }
-
-    filter_ = filter;
-    fastState_ = fast;
-    slowState_ = slow;
-    intervalPeak_ = peak;
-    intervalMaxState_ = maxState;
-    intervalClipped_ = clipped;
     intervalRawEnergy_ += rawSum;
     intervalEnergy_ += energySum;
-    intervalSamples_ += static_cast<std::int64_t>(count);
+    intervalSamples_ += static_cast<std::int64_t>(raw.size());
 }
 
 MeasurementInterval SPLProcessor::takeInterval() noexcept

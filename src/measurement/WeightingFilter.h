@@ -28,6 +28,13 @@ public:
     }
 
     void reset() noexcept;
+    // Writes back the sections' state after a block run outside the filter.
+    void setState(const Biquad& highPass, const Biquad& mid, const Biquad& lowPass) noexcept
+    {
+        highPass_ = highPass;
+        mid_ = mid;
+        lowPass_ = lowPass;
+    }
     double unnormalisedMagnitude(double frequency) const noexcept;
     // The cascade with its gain, in dB; 0 at 1 kHz for every weighting and rate.
     double response(double frequency) const noexcept;
