@@ -8,12 +8,18 @@ namespace ostrel {
 char OSCArgument::typeTag() const noexcept
 {
     switch (kind()) {
-    case Kind::int32: return 'i';
-    case Kind::float32: return 'f';
-    case Kind::string: return 's';
-    case Kind::blob: return 'b';
-    case Kind::boolean: return std::get<bool>(value_) ? 'T' : 'F';
-    case Kind::null: return 'N';
+    case Kind::int32:
+        return 'i';
+    case Kind::float32:
+        return 'f';
+    case Kind::string:
+        return 's';
+    case Kind::blob:
+        return 'b';
+    case Kind::boolean:
+        return std::get<bool>(value_) ? 'T' : 'F';
+    case Kind::null:
+        return 'N';
     }
     return 'N';
 }

@@ -21,10 +21,22 @@ public:
     enum class Kind { int32, float32, string, blob, boolean, null };
 
     // Named makers rather than converting constructors, so that a bool never turns into an int.
-    static OSCArgument int32(std::int32_t value) { return OSCArgument(std::in_place_type<std::int32_t>, value); }
-    static OSCArgument float32(float value) { return OSCArgument(std::in_place_type<float>, value); }
-    static OSCArgument string(std::string value) { return OSCArgument(std::in_place_type<std::string>, std::move(value)); }
-    static OSCArgument blob(Blob value) { return OSCArgument(std::in_place_type<Blob>, std::move(value)); }
+    static OSCArgument int32(std::int32_t value)
+    {
+        return OSCArgument(std::in_place_type<std::int32_t>, value);
+    }
+    static OSCArgument float32(float value)
+    {
+        return OSCArgument(std::in_place_type<float>, value);
+    }
+    static OSCArgument string(std::string value)
+    {
+        return OSCArgument(std::in_place_type<std::string>, std::move(value));
+    }
+    static OSCArgument blob(Blob value)
+    {
+        return OSCArgument(std::in_place_type<Blob>, std::move(value));
+    }
     static OSCArgument boolean(bool value) { return OSCArgument(std::in_place_type<bool>, value); }
     static OSCArgument null() { return OSCArgument(std::in_place_type<Null>); }
 

@@ -48,13 +48,15 @@ void appendBody(Bytes& packet, const OSCArgument& argument)
     }
 }
 
-// 64-bit floats are narrowed the way IEEE hardware does: too large a value becomes infinite.
+// Rounds to nearest like a hardware conversion, spelled out because converting a double beyond
+// the float range is undefined in C++.
 float narrowed(double value)
 {
     constexpr double largest = std::numeric_limits<float>::max();
-    if (std::isfinite(value) && std::abs(value) > largest)
-        return value > 0 ? std::numeric_limits<float>::infinity()
-                         : -std::numeric_limits<float>::infinity();
+    constexpr double roundsToInfinity = 0x1p128 - 0x1p103; // halfway past the largest float
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    if (std::abs(value) >= roundsToInfinity) return value > 0 ? infinity : -infinity;
+    if (std::abs(value) > largest) return static_cast<float>(value > 0 ? largest : -largest);
     return static_cast<float>(value);
 }
 
@@ -62,7 +64,8 @@ std::optional<OSCArgument> readArgument(OSCReader& reader, char tag)
 {
     switch (tag) {
     case 'i':
-        if (auto word = reader.read32()) return OSCArgument::int32(static_cast<std::int32_t>(*word));
+        if (auto word = reader.read32())
+            return OSCArgument::int32(static_cast<std::int32_t>(*word));
         return std::nullopt;
     case 'f':
         if (auto word = reader.read32()) return OSCArgument::float32(std::bit_cast<float>(*word));
@@ -81,13 +84,18 @@ std::optional<OSCArgument> readArgument(OSCReader& reader, char tag)
             return OSCArgument::int32(static_cast<std::int32_t>(static_cast<std::uint32_t>(*word)));
         return std::nullopt;
     case 'd':
-        if (auto word = reader.read64()) return OSCArgument::float32(narrowed(std::bit_cast<double>(*word)));
+        if (auto word = reader.read64())
+            return OSCArgument::float32(narrowed(std::bit_cast<double>(*word)));
         return std::nullopt;
-    case 'T': return OSCArgument::boolean(true);
-    case 'F': return OSCArgument::boolean(false);
+    case 'T':
+        return OSCArgument::boolean(true);
+    case 'F':
+        return OSCArgument::boolean(false);
     case 'N':
-    case 'I': return OSCArgument::null();
-    default: return std::nullopt;
+    case 'I':
+        return OSCArgument::null();
+    default:
+        return std::nullopt;
     }
 }
 

@@ -17,8 +17,7 @@ struct OSCMessage {
     std::vector<OSCArgument> arguments;
 
     explicit OSCMessage(std::string messageAddress, std::vector<OSCArgument> messageArguments = {})
-        : address(std::move(messageAddress))
-        , arguments(std::move(messageArguments))
+        : address(std::move(messageAddress)), arguments(std::move(messageArguments))
     {
     }
 

@@ -15,7 +15,7 @@ struct OSCReader {
     // Always counted from the start of the packet; a string's padding may carry it past the end.
     std::int64_t index = 0;
 
-    explicit OSCReader(std::span<const std::uint8_t> packet) : bytes(packet) {}
+    explicit OSCReader(std::span<const std::uint8_t> packet) : bytes(packet) { }
 
     bool isAtEnd() const noexcept { return index >= byteCount(); }
 

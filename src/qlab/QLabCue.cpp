@@ -91,7 +91,8 @@ std::optional<std::int64_t> jsonInteger(const QJsonValue& value)
     if (!value.isDouble()) return std::nullopt;
     const double number = value.toDouble();
     // 2^63 itself does not fit, hence the strict upper bound.
-    if (number != std::trunc(number) || number < -9.223372036854775808e18 || number >= 9.223372036854775808e18)
+    if (number != std::trunc(number) || number < -9.223372036854775808e18
+        || number >= 9.223372036854775808e18)
         return std::nullopt;
     return static_cast<std::int64_t>(number);
 }
@@ -100,19 +101,17 @@ std::optional<std::int64_t> jsonInteger(const QJsonValue& value)
 
 QJsonObject QLabCue::toJson() const
 {
-    QJsonObject object{{"id", id},
-                       {"number", number},
-                       {"name", name},
-                       {"type", type},
-                       {"isPaused", isPaused},
-                       {"startedAt", ReferenceDate::seconds(startedAt)}};
+    QJsonObject object{{"id", id}, {"number", number}, {"name", name}, {"type", type},
+        {"isPaused", isPaused}, {"startedAt", ReferenceDate::seconds(startedAt)}};
     if (actionElapsed) object.insert("actionElapsed", *actionElapsed);
     if (duration) object.insert("duration", *duration);
     if (sampledAt) object.insert("sampledAt", ReferenceDate::seconds(*sampledAt));
     if (parentID) object.insert("parentID", *parentID);
     if (timecodeStart) object.insert("timecodeStart", *timecodeStart);
-    if (timecodeRateIndex) object.insert("timecodeRateIndex", static_cast<qint64>(*timecodeRateIndex));
-    if (timecodeOutputType) object.insert("timecodeOutputType", static_cast<qint64>(*timecodeOutputType));
+    if (timecodeRateIndex)
+        object.insert("timecodeRateIndex", static_cast<qint64>(*timecodeRateIndex));
+    if (timecodeOutputType)
+        object.insert("timecodeOutputType", static_cast<qint64>(*timecodeOutputType));
     return object;
 }
 

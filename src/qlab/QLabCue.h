@@ -20,7 +20,7 @@ struct QLabCue {
     QString type; // QLab's cue type name, such as "Group"
     bool isPaused = false;
     std::optional<double> actionElapsed; // seconds, as read at `sampledAt`
-    std::optional<double> duration;      // seconds
+    std::optional<double> duration; // seconds
     std::optional<Date> sampledAt;
     Date startedAt; // when this station first saw it running
     std::optional<QString> parentID;

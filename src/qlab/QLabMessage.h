@@ -43,7 +43,7 @@ struct QLabMessage {
     };
 
     std::variant<Reply, CueStarted, CueStopped, WorkspaceUpdated, CueUpdated,
-                 PlaybackPositionChanged, Disconnect>
+        PlaybackPositionChanged, Disconnect>
         value;
 
     bool operator==(const QLabMessage&) const = default;

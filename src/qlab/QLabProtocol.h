@@ -22,8 +22,8 @@
 namespace ostrel::QLabProtocol {
 
 // Asked of every running cue.
-inline const QStringList cueValueKeys{"number",  "name",          "type",           "parent",
-                                      "isPaused", "actionElapsed", "currentDuration", "duration"};
+inline const QStringList cueValueKeys {
+    "number", "name", "type", "parent", "isPaused", "actionElapsed", "currentDuration", "duration"};
 // Asked of Timecode cues.
 inline const QStringList timecodeKeys{"displayName", "startTime", "framerate", "outputType"};
 // Also read one at a time, as QLab answers some of them only that way.
@@ -59,16 +59,16 @@ std::vector<QLabCue> parseCues(const std::optional<QJsonValue>& data, Date now);
 // Reads a "valuesForKeys" reply into the cue. What the reply leaves out stays as it was.
 void apply(const std::optional<QJsonValue>& values, QLabCue& cue, Date at);
 // Reads the reply to a single Timecode property; false when the address names no such property.
-bool apply(const QString& propertyAddress, const std::optional<QJsonValue>& value, QLabCue& cue,
-           Date now);
+bool apply(
+    const QString& propertyAddress, const std::optional<QJsonValue>& value, QLabCue& cue, Date now);
 // The piece behind "cue_id" in an address.
 std::optional<QString> cueID(const QString& address);
 
 // While a group runs, it is shown instead of its children.
-std::vector<QLabCue> collapseGroups(const std::vector<QLabCue>& cues,
-                                    const QHash<QString, QLabCue>& knownCues);
+std::vector<QLabCue> collapseGroups(
+    const std::vector<QLabCue>& cues, const QHash<QString, QLabCue>& knownCues);
 // The highest group above `cue` that is running or known, or `cue` itself.
 QLabCue outermostGroup(const QLabCue& cue, const QHash<QString, QLabCue>& runningByID,
-                       const QHash<QString, QLabCue>& knownCues);
+    const QHash<QString, QLabCue>& knownCues);
 
 } // namespace ostrel::QLabProtocol

@@ -31,8 +31,8 @@ std::vector<QLabWorkspace> parseWorkspaces(const std::optional<QJsonValue>& data
         const QJsonValue id = object.value("uniqueID");
         if (!id.isString()) continue;
         const QJsonValue name = object.value("displayName");
-        workspaces.push_back({id.toString(), name.isString() ? name.toString()
-                                                             : QStringLiteral("Untitled Workspace")});
+        workspaces.push_back({id.toString(),
+            name.isString() ? name.toString() : QStringLiteral("Untitled Workspace")});
     }
     return workspaces;
 }
@@ -66,7 +66,8 @@ void apply(const std::optional<QJsonValue>& values, QLabCue& cue, Date at)
     if (object.contains("name")) cue.name = text(object.value("name"));
     if (const QJsonValue type = object.value("type"); type.isString()) cue.type = type.toString();
     // An empty or missing parent never clears one already known.
-    if (const QJsonValue parent = object.value("parent"); parent.isString() && !parent.toString().isEmpty())
+    if (const QJsonValue parent = object.value("parent");
+        parent.isString() && !parent.toString().isEmpty())
         cue.parentID = parent.toString();
     if (object.contains("startTime")) {
         const QString start = text(object.value("startTime"));
@@ -100,8 +101,8 @@ void apply(const std::optional<QJsonValue>& values, QLabCue& cue, Date at)
     if (duration) cue.duration = *duration;
 }
 
-bool apply(const QString& propertyAddress, const std::optional<QJsonValue>& value, QLabCue& cue,
-           Date now)
+bool apply(
+    const QString& propertyAddress, const std::optional<QJsonValue>& value, QLabCue& cue, Date now)
 {
     const QStringList pieces = propertyAddress.split('/', Qt::SkipEmptyParts);
     if (pieces.isEmpty() || !timecodePropertyKeys.contains(pieces.last())) return false;

@@ -5,7 +5,7 @@
 namespace ostrel::QLabProtocol {
 
 QLabCue outermostGroup(const QLabCue& cue, const QHash<QString, QLabCue>& runningByID,
-                       const QHash<QString, QLabCue>& knownCues)
+    const QHash<QString, QLabCue>& knownCues)
 {
     QSet<QString> visited{cue.id};
     std::optional<QString> parent = cue.parentID;
@@ -23,7 +23,8 @@ QLabCue outermostGroup(const QLabCue& cue, const QHash<QString, QLabCue>& runnin
         parent = outermost->parentID;
     }
     if (!outermost) return cue;
-    if (const auto running = runningByID.constFind(outermost->id); running != runningByID.constEnd())
+    if (const auto running = runningByID.constFind(outermost->id);
+        running != runningByID.constEnd())
         return running.value();
 
     // A group known only by its properties counts its time from its child.
@@ -36,8 +37,8 @@ QLabCue outermostGroup(const QLabCue& cue, const QHash<QString, QLabCue>& runnin
     return group;
 }
 
-std::vector<QLabCue> collapseGroups(const std::vector<QLabCue>& cues,
-                                    const QHash<QString, QLabCue>& knownCues)
+std::vector<QLabCue> collapseGroups(
+    const std::vector<QLabCue>& cues, const QHash<QString, QLabCue>& knownCues)
 {
     QHash<QString, QLabCue> runningByID;
     for (const auto& cue : cues) {

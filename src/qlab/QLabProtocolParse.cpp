@@ -10,15 +10,16 @@ namespace {
 const QString cueStartAddress = QStringLiteral("/qlab/event/workspace/cue/start");
 const QString cueStopAddress = QStringLiteral("/qlab/event/workspace/cue/stop");
 
-std::optional<QLabMessage> parseCueEvent(const QString& address, const OSCMessage& message,
-                                         Date now)
+std::optional<QLabMessage> parseCueEvent(
+    const QString& address, const OSCMessage& message, Date now)
 {
     QStringList texts;
     for (const auto& argument : message.arguments)
         texts.append(QString::fromStdString(argument.stringValue().value_or(std::string{})));
     // Number, name, unique ID, type; without an ID the event names no cue.
     if (texts.size() < 4 || texts[2].isEmpty()) return std::nullopt;
-    if (!address.endsWith(QLatin1String("start"))) return QLabMessage{QLabMessage::CueStopped{texts[2]}};
+    if (!address.endsWith(QLatin1String("start")))
+        return QLabMessage{QLabMessage::CueStopped{texts[2]}};
 
     QLabCue cue;
     cue.id = texts[2];
@@ -40,7 +41,8 @@ std::optional<QLabMessage> parseUpdate(const QString& address)
         return QLabMessage{QLabMessage::CueUpdated{workspace, pieces[4]}};
     if (kind == QLatin1String("cueList") && pieces.last() == QLatin1String("playbackPosition"))
         return QLabMessage{QLabMessage::PlaybackPositionChanged{workspace}};
-    if (kind == QLatin1String("disconnect")) return QLabMessage{QLabMessage::Disconnect{workspace}};
+    if (kind == QLatin1String("disconnect"))
+        return QLabMessage{QLabMessage::Disconnect{workspace}};
     return std::nullopt;
 }
 

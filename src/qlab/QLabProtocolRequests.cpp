@@ -44,9 +44,10 @@ OSCMessage runningCues(const QString& workspace)
 OSCMessage cueValues(const QString& workspace, const QString& cueID, const QStringList& keys)
 {
     // Encoding a list of strings cannot fail here, so the "[]" fallback is never needed.
-    const QByteArray json = QJsonDocument(QJsonArray::fromStringList(keys)).toJson(QJsonDocument::Compact);
+    const QByteArray json
+        = QJsonDocument(QJsonArray::fromStringList(keys)).toJson(QJsonDocument::Compact);
     return OSCMessage(workspaceAddress(workspace, "cue_id/" + cueID + "/valuesForKeys"),
-                      {OSCArgument::string(json.toStdString())});
+        {OSCArgument::string(json.toStdString())});
 }
 
 OSCMessage cueProperty(const QString& workspace, const QString& cueID, const QString& key)

@@ -53,8 +53,11 @@ QString text(const QJsonValue& value)
 
 std::optional<double> number(const QJsonValue& value)
 {
-    if (value.isString()) return strictParse(value.toString());
-    return plainNumber(value);
+    const auto parsed = value.isString() ? strictParse(value.toString()) : plainNumber(value);
+    // "inf" and "nan" parse, but no time or index from QLab is either, and the timecode
+    // arithmetic downstream must never see one.
+    if (!parsed || !std::isfinite(*parsed)) return std::nullopt;
+    return parsed;
 }
 
 std::optional<bool> boolean(const QJsonValue& value)
@@ -71,7 +74,8 @@ std::optional<bool> boolean(const QJsonValue& value)
 std::optional<std::int64_t> truncated(double number)
 {
     // 2^63 itself does not fit, hence the strict upper bound.
-    if (!std::isfinite(number) || number < -9.223372036854775808e18 || number >= 9.223372036854775808e18)
+    if (!std::isfinite(number) || number < -9.223372036854775808e18
+        || number >= 9.223372036854775808e18)
         return std::nullopt;
     return static_cast<std::int64_t>(number);
 }

@@ -14,7 +14,7 @@ namespace ostrel::QLabValueRules {
 
 // A string as it stands, a number as its decimal text, anything else empty.
 QString text(const QJsonValue& value);
-// A number, or a string that is a number and nothing else; anything else is absent.
+// A finite number, or a string that is one and nothing else; anything else is absent.
 std::optional<double> number(const QJsonValue& value);
 // A number as non-zero, or "1", "true" or "yes" in any case; other strings are false, anything
 // else is absent.

@@ -10,7 +10,7 @@ constexpr char replacement[] = "\xEF\xBF\xBD";
 
 struct Lead {
     std::size_t continuationCount; // 0 for a byte that cannot start a sequence
-    std::uint8_t secondLow;        // the second byte's range narrows for some leads
+    std::uint8_t secondLow; // the second byte's range narrows for some leads
     std::uint8_t secondHigh;
 };
 

@@ -76,7 +76,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     decoder.maximumPacketSize = 1 << 16;
     const std::size_t chunk = size > 0 ? 1 + data[0] % 61 : 1;
     for (std::size_t offset = 0; offset < size; offset += chunk) {
-        for (const auto& packet : decoder.feed(bytes.subspan(offset, std::min(chunk, size - offset)))) {
+        for (const auto& packet :
+            decoder.feed(bytes.subspan(offset, std::min(chunk, size - offset)))) {
             if (auto message = OSCMessage::decoding(packet)) exerciseMessage(*message);
         }
     }
@@ -87,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         SLIPDecoder fresh;
         const auto packets = fresh.feed(SLIP::encode(bytes));
         require(packets.size() == 1 && packets[0].size() == size
-                && std::equal(packets[0].begin(), packets[0].end(), bytes.begin()));
+            && std::equal(packets[0].begin(), packets[0].end(), bytes.begin()));
     }
     return 0;
 }

@@ -38,7 +38,8 @@ ProcessRun run(const QString& program, const QStringList& arguments)
     process.start(program, arguments);
     ProcessRun result;
     if (!process.waitForStarted(10'000)) return result;
-    result.finished = process.waitForFinished(120'000) && process.exitStatus() == QProcess::NormalExit;
+    result.finished
+        = process.waitForFinished(120'000) && process.exitStatus() == QProcess::NormalExit;
     result.exitCode = process.exitCode();
     result.output = process.readAllStandardOutput();
     result.errors = process.readAllStandardError();
@@ -48,7 +49,8 @@ ProcessRun run(const QString& program, const QStringList& arguments)
 // Debian installs the module for its own interpreter, which a PATH may hide behind another.
 std::optional<QString> pythonWithLiblo()
 {
-    for (const QString& candidate : {QStringLiteral("python3"), QStringLiteral("/usr/bin/python3")}) {
+    for (const QString& candidate :
+        {QStringLiteral("python3"), QStringLiteral("/usr/bin/python3")}) {
         const ProcessRun probe = run(candidate, {"-c", "import liblo"});
         if (probe.finished && probe.exitCode == 0) return candidate;
     }
@@ -80,17 +82,22 @@ Bytes hexBytes(const QJsonValue& value)
 std::optional<OSCArgument> expectedReading(const QJsonObject& argument)
 {
     const QString tag = argument.value("tag").toString();
-    if (tag == "i") return OSCArgument::int32(static_cast<std::int32_t>(argument.value("value").toInteger()));
+    if (tag == "i")
+        return OSCArgument::int32(static_cast<std::int32_t>(argument.value("value").toInteger()));
     if (tag == "f")
-        return OSCArgument::float32(std::bit_cast<float>(static_cast<std::uint32_t>(hexNumber(argument.value("bits")))));
-    if (tag == "s" || tag == "S") return OSCArgument::string(argument.value("value").toString().toStdString());
+        return OSCArgument::float32(
+            std::bit_cast<float>(static_cast<std::uint32_t>(hexNumber(argument.value("bits")))));
+    if (tag == "s" || tag == "S")
+        return OSCArgument::string(argument.value("value").toString().toStdString());
     if (tag == "b") return OSCArgument::blob(hexBytes(argument.value("hex")));
     if (tag == "h" || tag == "t")
-        return OSCArgument::int32(static_cast<std::int32_t>(static_cast<std::uint32_t>(hexNumber(argument.value("raw")))));
+        return OSCArgument::int32(static_cast<std::int32_t>(
+            static_cast<std::uint32_t>(hexNumber(argument.value("raw")))));
     if (tag == "d") {
         const double wide = std::bit_cast<double>(hexNumber(argument.value("bits")));
         const float infinity = std::numeric_limits<float>::infinity();
-        if (std::abs(wide) > std::numeric_limits<float>::max()) return OSCArgument::float32(wide > 0 ? infinity : -infinity);
+        if (std::abs(wide) > std::numeric_limits<float>::max())
+            return OSCArgument::float32(wide > 0 ? infinity : -infinity);
         return OSCArgument::float32(static_cast<float>(wide));
     }
     if (tag == "T") return OSCArgument::boolean(true);
@@ -103,25 +110,30 @@ std::optional<OSCArgument> expectedReading(const QJsonObject& argument)
 testing::AssertionResult same(const OSCArgument& actual, const OSCArgument& expected)
 {
     if (actual.kind() != expected.kind())
-        return testing::AssertionFailure() << "tag " << actual.typeTag() << " instead of " << expected.typeTag();
+        return testing::AssertionFailure()
+            << "tag " << actual.typeTag() << " instead of " << expected.typeTag();
     if (actual.kind() == OSCArgument::Kind::float32) {
         const auto actualBits = std::bit_cast<std::uint32_t>(std::get<float>(actual.value()));
         const auto expectedBits = std::bit_cast<std::uint32_t>(std::get<float>(expected.value()));
         if (actualBits == expectedBits) return testing::AssertionSuccess();
-        return testing::AssertionFailure() << std::hex << "float bits " << actualBits << " instead of " << expectedBits;
+        return testing::AssertionFailure()
+            << std::hex << "float bits " << actualBits << " instead of " << expectedBits;
     }
     if (actual == expected) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "value " << actual.stringValue().value_or("(no text)") << " instead of "
-                                       << expected.stringValue().value_or("(no text)");
+    return testing::AssertionFailure()
+        << "value " << actual.stringValue().value_or("(no text)") << " instead of "
+        << expected.stringValue().value_or("(no text)");
 }
 
 // What liblo read, in the same form as an argument we wrote.
 OSCArgument libloReading(const QJsonObject& argument)
 {
     const QString tag = argument.value("tag").toString();
-    if (tag == "i") return OSCArgument::int32(static_cast<std::int32_t>(argument.value("value").toInteger()));
+    if (tag == "i")
+        return OSCArgument::int32(static_cast<std::int32_t>(argument.value("value").toInteger()));
     if (tag == "f")
-        return OSCArgument::float32(std::bit_cast<float>(static_cast<std::uint32_t>(hexNumber(argument.value("bits")))));
+        return OSCArgument::float32(
+            std::bit_cast<float>(static_cast<std::uint32_t>(hexNumber(argument.value("bits")))));
     if (tag == "s") return OSCArgument::string(argument.value("value").toString().toStdString());
     if (tag == "b") return OSCArgument::blob(hexBytes(argument.value("hex")));
     if (tag == "T") return OSCArgument::boolean(true);
@@ -138,20 +150,29 @@ std::vector<OSCMessage> messagesWeWrite()
     return {
         OSCMessage("/workspaces"),
         OSCMessage("/abc"),
-        OSCMessage("/i", {OSCArgument::int32(0), OSCArgument::int32(-1), OSCArgument::int32(2147483647),
-                          OSCArgument::int32(-2147483647 - 1), OSCArgument::int32(0x01020304)}),
-        OSCMessage("/f", {OSCArgument::float32(1.5f), OSCArgument::float32(-0.0f), OSCArgument::float32(0.1f),
-                          OSCArgument::float32(infinity), OSCArgument::float32(-infinity), OSCArgument::float32(nan),
-                          OSCArgument::float32(std::numeric_limits<float>::denorm_min()),
-                          OSCArgument::float32(std::numeric_limits<float>::max())}),
-        OSCMessage("/s", {OSCArgument::string(""), OSCArgument::string("abc"), OSCArgument::string("abcd"),
-                          OSCArgument::string("h\xC3\xA9llo \xE2\x99\xAA \xF0\x9F\x8E\xB5"),
-                          OSCArgument::string(std::string(301, 'q'))}),
-        OSCMessage("/b", {OSCArgument::blob({}), OSCArgument::blob({1}), OSCArgument::blob({1, 2, 3, 4}), OSCArgument::blob({1, 2, 3, 4, 5}),
-                          OSCArgument::blob({0xc0, 0xdb, 0xdc, 0xdd, 0x00}), OSCArgument::blob(Bytes(1000, 0xab))}),
-        OSCMessage("/x", {OSCArgument::boolean(true), OSCArgument::boolean(false), OSCArgument::null()}),
-        OSCMessage("/mix", {OSCArgument::int32(-1), OSCArgument::float32(0.25f), OSCArgument::string("hi"),
-                            OSCArgument::blob({0xff}), OSCArgument::boolean(true), OSCArgument::null()}),
+        OSCMessage("/i",
+            {OSCArgument::int32(0), OSCArgument::int32(-1), OSCArgument::int32(2147483647),
+                OSCArgument::int32(-2147483647 - 1), OSCArgument::int32(0x01020304)}),
+        OSCMessage("/f",
+            {OSCArgument::float32(1.5f), OSCArgument::float32(-0.0f), OSCArgument::float32(0.1f),
+                OSCArgument::float32(infinity), OSCArgument::float32(-infinity),
+                OSCArgument::float32(nan),
+                OSCArgument::float32(std::numeric_limits<float>::denorm_min()),
+                OSCArgument::float32(std::numeric_limits<float>::max())}),
+        OSCMessage("/s",
+            {OSCArgument::string(""), OSCArgument::string("abc"), OSCArgument::string("abcd"),
+                OSCArgument::string("h\xC3\xA9llo \xE2\x99\xAA \xF0\x9F\x8E\xB5"),
+                OSCArgument::string(std::string(301, 'q'))}),
+        OSCMessage("/b",
+            {OSCArgument::blob({}), OSCArgument::blob({1}), OSCArgument::blob({1, 2, 3, 4}),
+                OSCArgument::blob({1, 2, 3, 4, 5}),
+                OSCArgument::blob({0xc0, 0xdb, 0xdc, 0xdd, 0x00}),
+                OSCArgument::blob(Bytes(1000, 0xab))}),
+        OSCMessage(
+            "/x", {OSCArgument::boolean(true), OSCArgument::boolean(false), OSCArgument::null()}),
+        OSCMessage("/mix",
+            {OSCArgument::int32(-1), OSCArgument::float32(0.25f), OSCArgument::string("hi"),
+                OSCArgument::blob({0xff}), OSCArgument::boolean(true), OSCArgument::null()}),
         QLabProtocol::subscribeToUpdates(),
         QLabProtocol::connect("0A1B2C3D-4E5F", "4321"),
         QLabProtocol::cueValues("0A1B2C3D-4E5F", "6789", QLabProtocol::cueValueKeys),
@@ -165,8 +186,9 @@ protected:
     {
         const auto found = pythonWithLiblo();
         if (!found)
-            GTEST_SKIP() << "python3 with the liblo module (Debian: python3-liblo) is not available, so the "
-                            "codec is not checked against liblo.";
+            GTEST_SKIP()
+                << "python3 with the liblo module (Debian: python3-liblo) is not available, so the "
+                   "codec is not checked against liblo.";
         python = *found;
         ASSERT_TRUE(directory.isValid());
     }
@@ -200,7 +222,8 @@ TEST_F(OSCLibloInterop, PacketsLibloWritesDecodeAsLibloMeantThem)
             const auto reading = expectedReading(argument.toObject());
             if (!reading) readable = false;
             if (reading) expected.push_back(*reading);
-            if (!QString("ifsbTFN").contains(argument.toObject().value("tag").toString())) writable = false;
+            if (!QString("ifsbTFN").contains(argument.toObject().value("tag").toString()))
+                writable = false;
         }
 
         const auto decoded = OSCMessage::decoding(packet);
@@ -229,7 +252,8 @@ TEST_F(OSCLibloInterop, PacketsWeWriteDecodeInLibloAsWeMeantThem)
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         const Bytes packet = messages[index].encoded();
-        file.write(reinterpret_cast<const char*>(packet.data()), static_cast<qint64>(packet.size()));
+        file.write(
+            reinterpret_cast<const char*>(packet.data()), static_cast<qint64>(packet.size()));
         arguments.append(path);
     }
 
@@ -249,8 +273,9 @@ TEST_F(OSCLibloInterop, PacketsWeWriteDecodeInLibloAsWeMeantThem)
         for (std::size_t position = 0; position < message.arguments.size(); ++position) {
             const QJsonObject argument = read[static_cast<qsizetype>(position)].toObject();
             EXPECT_EQ(argument.value("tag").toString().toStdString(),
-                      std::string(1, message.arguments[position].typeTag()));
-            EXPECT_TRUE(same(libloReading(argument), message.arguments[position])) << "argument " << position;
+                std::string(1, message.arguments[position].typeTag()));
+            EXPECT_TRUE(same(libloReading(argument), message.arguments[position]))
+                << "argument " << position;
         }
     }
 }

@@ -28,7 +28,8 @@ QLabCue cue(const QString& type = "Audio")
 
 QLabCue applied(const char* values, QLabCue target = cue(), Date date = at(5))
 {
-    QLabProtocol::apply(QJsonValue(QJsonDocument::fromJson(QByteArray(values)).object()), target, date);
+    QLabProtocol::apply(
+        QJsonValue(QJsonDocument::fromJson(QByteArray(values)).object()), target, date);
     return target;
 }
 
@@ -91,7 +92,8 @@ TEST(QLabProtocolApply, StartTimeWhenNotEmpty)
 
 TEST(QLabProtocolApply, UnnamedTimecodeCueGivesItsStartInTheDisplayName)
 {
-    const QLabCue result = applied(R"({"type":"Timecode","displayName":"LTC 29.97 drop @ 01:02:03;04"})");
+    const QLabCue result
+        = applied(R"({"type":"Timecode","displayName":"LTC 29.97 drop @ 01:02:03;04"})");
     EXPECT_EQ(result.timecodeStart, "01:02:03;04");
 }
 
@@ -100,7 +102,8 @@ TEST(QLabProtocolApply, DisplayNameIsReadOnlyForTimecodeCuesWithoutAStartTimeKey
     EXPECT_FALSE(applied(R"({"displayName":"MTC @ 01:02:03:04"})").timecodeStart.has_value());
     EXPECT_FALSE(applied(R"({"displayName":"MTC @ 01:02:03:04","startTime":""})", cue("Timecode"))
                      .timecodeStart.has_value());
-    EXPECT_FALSE(applied(R"({"displayName":"Timecode"})", cue("Timecode")).timecodeStart.has_value());
+    EXPECT_FALSE(
+        applied(R"({"displayName":"Timecode"})", cue("Timecode")).timecodeStart.has_value());
 }
 
 TEST(QLabProtocolApply, FramerateAndOutputTypeAreTruncatedNumbers)
@@ -169,9 +172,11 @@ TEST(QLabProtocolApply, UnreadableActionElapsedLeavesTheSampleAlone)
     QLabCue sampled = cue();
     sampled.actionElapsed = 1;
     sampled.sampledAt = at(1);
-    const QLabCue result = applied(R"({"actionElapsed":"soon"})", sampled, at(9));
-    EXPECT_EQ(result.actionElapsed, 1.0);
-    EXPECT_EQ(result.sampledAt, at(1));
+    for (const char* values : {R"({"actionElapsed":"soon"})", R"({"actionElapsed":"inf"})"}) {
+        const QLabCue result = applied(values, sampled, at(9));
+        EXPECT_EQ(result.actionElapsed, 1.0) << values;
+        EXPECT_EQ(result.sampledAt, at(1)) << values;
+    }
 }
 
 TEST(QLabProtocolApply, CurrentDurationZeroWinsOverDuration)
@@ -198,11 +203,14 @@ TEST(QLabProtocolApply, ValuesThatAreNotAnObjectChangeNothing)
 TEST(QLabProtocolApply, PropertyReplyForAKnownKeyIsApplied)
 {
     QLabCue timecode = cue("Timecode");
-    EXPECT_TRUE(QLabProtocol::apply("/workspace/W/cue_id/C/startTime", QJsonValue("00:59:50:00"), timecode, at(1)));
+    EXPECT_TRUE(QLabProtocol::apply(
+        "/workspace/W/cue_id/C/startTime", QJsonValue("00:59:50:00"), timecode, at(1)));
     EXPECT_EQ(timecode.timecodeStart, "00:59:50:00");
-    EXPECT_TRUE(QLabProtocol::apply("/workspace/W/cue_id/C/framerate", QJsonValue(7), timecode, at(1)));
+    EXPECT_TRUE(
+        QLabProtocol::apply("/workspace/W/cue_id/C/framerate", QJsonValue(7), timecode, at(1)));
     EXPECT_EQ(timecode.timecodeRateIndex, 7);
-    EXPECT_TRUE(QLabProtocol::apply("/workspace/W/cue_id/C/outputType", QJsonValue("0"), timecode, at(1)));
+    EXPECT_TRUE(
+        QLabProtocol::apply("/workspace/W/cue_id/C/outputType", QJsonValue("0"), timecode, at(1)));
     EXPECT_EQ(timecode.timecodeOutputType, 0);
 }
 
@@ -219,7 +227,8 @@ TEST(QLabProtocolApply, PropertyReplyWithoutDataChangesNothingAndSkipsTheDisplay
     QLabCue timecode = cue("Timecode");
     timecode.name = "";
     timecode.timecodeStart = "01:00:00:00";
-    EXPECT_TRUE(QLabProtocol::apply("/workspace/W/cue_id/C/startTime", std::nullopt, timecode, at(1)));
+    EXPECT_TRUE(
+        QLabProtocol::apply("/workspace/W/cue_id/C/startTime", std::nullopt, timecode, at(1)));
     EXPECT_EQ(timecode.timecodeStart, "01:00:00:00");
     QLabCue fresh = cue("Timecode");
     EXPECT_TRUE(QLabProtocol::apply("/workspace/W/cue_id/C/startTime", QJsonValue(), fresh, at(1)));

@@ -14,7 +14,7 @@ Date at(double seconds)
 }
 
 QLabCue cue(const QString& id, const QString& type, std::optional<QString> parent = std::nullopt,
-            double startedAt = 0)
+    double startedAt = 0)
 {
     QLabCue result;
     result.id = id;
@@ -50,8 +50,8 @@ TEST(QLabProtocolGroups, CueWithoutAParentStandsForItself)
 
 TEST(QLabProtocolGroups, GroupInsideAGroupYieldsTheOuterGroup)
 {
-    const auto shown = QLabProtocol::collapseGroups(
-        {cue("A", "Audio", "G1")}, known({cue("G1", "Group", "G2"), cue("G2", "Group", "L"), cue("L", "Cue List")}));
+    const auto shown = QLabProtocol::collapseGroups({cue("A", "Audio", "G1")},
+        known({cue("G1", "Group", "G2"), cue("G2", "Group", "L"), cue("L", "Cue List")}));
     EXPECT_EQ(ids(shown), QStringList{"G2"});
 }
 
@@ -64,8 +64,8 @@ TEST(QLabProtocolGroups, ParentCycleEndsAtTheLastGroupBeforeTheRepeat)
 
 TEST(QLabProtocolGroups, CueThatIsItsOwnAncestorEndsTheWalk)
 {
-    const auto shown = QLabProtocol::collapseGroups({cue("A", "Audio", "G1")},
-                                                    known({cue("G1", "Group", "A"), cue("A", "Group", "G1")}));
+    const auto shown = QLabProtocol::collapseGroups(
+        {cue("A", "Audio", "G1")}, known({cue("G1", "Group", "A"), cue("A", "Group", "G1")}));
     EXPECT_EQ(ids(shown), QStringList{"G1"});
 }
 
@@ -113,14 +113,16 @@ TEST(QLabProtocolGroups, RunningGroupStandsAsItsOwnEntry)
     group.actionElapsed = 5;
     group.sampledAt = at(6);
     const auto shown = QLabProtocol::collapseGroups(
-        {cue("A", "Audio", "G", 4), group, cue("B", "Audio", "G", 0)}, known({cue("G", "Group", std::nullopt, 99)}));
+        {cue("A", "Audio", "G", 4), group, cue("B", "Audio", "G", 0)},
+        known({cue("G", "Group", std::nullopt, 99)}));
     EXPECT_EQ(shown, std::vector{group});
 }
 
 TEST(QLabProtocolGroups, RowsKeepFirstAppearanceOrder)
 {
     const auto shown = QLabProtocol::collapseGroups(
-        {cue("X", "Audio"), cue("A", "Audio", "G"), cue("Y", "Video"), cue("B", "Audio", "G"), cue("X", "Audio")},
+        {cue("X", "Audio"), cue("A", "Audio", "G"), cue("Y", "Video"), cue("B", "Audio", "G"),
+            cue("X", "Audio")},
         known({cue("G", "Group")}));
     EXPECT_EQ(ids(shown), (QStringList{"X", "G", "Y"}));
 }
@@ -141,8 +143,8 @@ TEST(QLabProtocolGroups, RunningParentIsPreferredOverItsKnownCopy)
     running.name = "running";
     QLabCue stale = cue("G", "Group", "G0", 0);
     stale.name = "stale";
-    const auto outer = QLabProtocol::outermostGroup(cue("A", "Audio", "G"), known({running}),
-                                                    known({stale, cue("G0", "Group")}));
+    const auto outer = QLabProtocol::outermostGroup(
+        cue("A", "Audio", "G"), known({running}), known({stale, cue("G0", "Group")}));
     EXPECT_EQ(outer, running);
 }
 

@@ -26,9 +26,9 @@ TEST(QLabProtocolLists, WorkspacesNeedAUniqueIdAndMayLackAName)
     const auto workspaces = QLabProtocol::parseWorkspaces(json(
         R"([{"uniqueID":"W1","displayName":"Show.qlab5"},{"displayName":"lost"},{"uniqueID":"W2"},)"
         R"({"uniqueID":3},{"uniqueID":"W4","displayName":4}])"));
-    EXPECT_EQ(workspaces, (std::vector<QLabWorkspace>{{"W1", "Show.qlab5"},
-                                                       {"W2", "Untitled Workspace"},
-                                                       {"W4", "Untitled Workspace"}}));
+    EXPECT_EQ(workspaces,
+        (std::vector<QLabWorkspace> {
+            {"W1", "Show.qlab5"}, {"W2", "Untitled Workspace"}, {"W4", "Untitled Workspace"}}));
 }
 
 TEST(QLabProtocolLists, WorkspacesFromAnythingButAListOfObjectsAreNone)

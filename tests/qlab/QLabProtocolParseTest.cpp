@@ -16,7 +16,8 @@ std::vector<OSCArgument> strings(std::initializer_list<const char*> texts)
     return arguments;
 }
 
-std::optional<QLabMessage> parse(const std::string& address, std::vector<OSCArgument> arguments = {})
+std::optional<QLabMessage> parse(
+    const std::string& address, std::vector<OSCArgument> arguments = {})
 {
     return QLabProtocol::parse(OSCMessage(address, std::move(arguments)), now);
 }
@@ -25,7 +26,8 @@ std::optional<QLabMessage> parse(const std::string& address, std::vector<OSCArgu
 
 TEST(QLabProtocolParse, StartEventWithEmptyNumberAndNameYieldsAnUntitledCue)
 {
-    const auto message = parse("/qlab/event/workspace/cue/start", strings({"", "", "ID-7", "Audio"}));
+    const auto message
+        = parse("/qlab/event/workspace/cue/start", strings({"", "", "ID-7", "Audio"}));
     ASSERT_TRUE(message.has_value());
     const auto* started = std::get_if<QLabMessage::CueStarted>(&message->value);
     ASSERT_NE(started, nullptr);
@@ -39,7 +41,8 @@ TEST(QLabProtocolParse, StartEventWithEmptyNumberAndNameYieldsAnUntitledCue)
 
 TEST(QLabProtocolParse, StartEventReadsNumberNameIdAndType)
 {
-    const auto message = parse("/qlab/event/workspace/cue/start", strings({"12", "Thunder", "ID-1", "Audio"}));
+    const auto message
+        = parse("/qlab/event/workspace/cue/start", strings({"12", "Thunder", "ID-1", "Audio"}));
     ASSERT_TRUE(message.has_value());
     const auto& cue = std::get<QLabMessage::CueStarted>(message->value).cue;
     EXPECT_EQ(cue.number, "12");
@@ -47,15 +50,15 @@ TEST(QLabProtocolParse, StartEventReadsNumberNameIdAndType)
     EXPECT_EQ(cue.id, "ID-1");
     EXPECT_EQ(cue.type, "Audio");
     EXPECT_FALSE(cue.isPaused);
-    EXPECT_FALSE(cue.actionElapsed || cue.duration || cue.sampledAt || cue.parentID || cue.timecodeStart
-                 || cue.timecodeRateIndex || cue.timecodeOutputType);
+    EXPECT_FALSE(cue.actionElapsed || cue.duration || cue.sampledAt || cue.parentID
+        || cue.timecodeStart || cue.timecodeRateIndex || cue.timecodeOutputType);
 }
 
 TEST(QLabProtocolParse, EventArgumentsOfOtherKindsAreReadAsText)
 {
     const auto message = parse("/qlab/event/workspace/cue/start",
-                               {OSCArgument::float32(2.5f), OSCArgument::blob({1}), OSCArgument::int32(77),
-                                OSCArgument::string("Audio"), OSCArgument::null()});
+        {OSCArgument::float32(2.5f), OSCArgument::blob({1}), OSCArgument::int32(77),
+            OSCArgument::string("Audio"), OSCArgument::null()});
     ASSERT_TRUE(message.has_value());
     const auto& cue = std::get<QLabMessage::CueStarted>(message->value).cue;
     EXPECT_EQ(cue.number, "2.5");
@@ -66,7 +69,7 @@ TEST(QLabProtocolParse, EventArgumentsOfOtherKindsAreReadAsText)
 TEST(QLabProtocolParse, StopEventYieldsTheId)
 {
     EXPECT_EQ(parse("/qlab/event/workspace/cue/stop", strings({"1", "A", "ID-1", "Audio"})),
-              QLabMessage{QLabMessage::CueStopped{"ID-1"}});
+        QLabMessage{QLabMessage::CueStopped{"ID-1"}});
 }
 
 TEST(QLabProtocolParse, EventWithThreeArgumentsIsDropped)
@@ -77,17 +80,20 @@ TEST(QLabProtocolParse, EventWithThreeArgumentsIsDropped)
 
 TEST(QLabProtocolParse, EventWithEmptyThirdArgumentIsDropped)
 {
-    EXPECT_FALSE(parse("/qlab/event/workspace/cue/start", strings({"1", "A", "", "Audio"})).has_value());
+    EXPECT_FALSE(
+        parse("/qlab/event/workspace/cue/start", strings({"1", "A", "", "Audio"})).has_value());
     EXPECT_FALSE(parse("/qlab/event/workspace/cue/stop",
-                       {OSCArgument::string("1"), OSCArgument::string("A"), OSCArgument::boolean(true),
-                        OSCArgument::string("Audio")})
+        {OSCArgument::string("1"), OSCArgument::string("A"), OSCArgument::boolean(true),
+            OSCArgument::string("Audio")})
                      .has_value());
 }
 
 TEST(QLabProtocolParse, OtherEventAddressesAreNotEvents)
 {
-    EXPECT_FALSE(parse("/qlab/event/workspace/cue/pause", strings({"1", "A", "ID", "Audio"})).has_value());
-    EXPECT_FALSE(parse("/qlab/event/workspace/cue/start/", strings({"1", "A", "ID", "Audio"})).has_value());
+    EXPECT_FALSE(
+        parse("/qlab/event/workspace/cue/pause", strings({"1", "A", "ID", "Audio"})).has_value());
+    EXPECT_FALSE(
+        parse("/qlab/event/workspace/cue/start/", strings({"1", "A", "ID", "Audio"})).has_value());
 }
 
 TEST(QLabProtocolParse, WorkspaceUpdate)
@@ -105,14 +111,16 @@ TEST(QLabProtocolParse, UpdateWithoutAWorkspaceIsNothing)
 TEST(QLabProtocolParse, CueUpdateNeedsTheCueId)
 {
     EXPECT_FALSE(parse("/update/workspace/W/cue_id").has_value());
-    EXPECT_EQ(parse("/update/workspace/W/cue_id/C-3"), (QLabMessage{QLabMessage::CueUpdated{"W", "C-3"}}));
-    EXPECT_EQ(parse("/update/workspace/W/cue_id/C-3/extra"), (QLabMessage{QLabMessage::CueUpdated{"W", "C-3"}}));
+    EXPECT_EQ(parse("/update/workspace/W/cue_id/C-3"),
+        (QLabMessage{QLabMessage::CueUpdated{"W", "C-3"}}));
+    EXPECT_EQ(parse("/update/workspace/W/cue_id/C-3/extra"),
+        (QLabMessage{QLabMessage::CueUpdated{"W", "C-3"}}));
 }
 
 TEST(QLabProtocolParse, PlaybackPositionOfACueList)
 {
     EXPECT_EQ(parse("/update/workspace/W/cueList/L/playbackPosition"),
-              QLabMessage{QLabMessage::PlaybackPositionChanged{"W"}});
+        QLabMessage{QLabMessage::PlaybackPositionChanged{"W"}});
     EXPECT_FALSE(parse("/update/workspace/W/cueList/L").has_value());
 }
 

@@ -24,8 +24,8 @@ std::optional<QLabReply> reply(const std::string& address, const char* json)
 TEST(QLabProtocolReply, ReadsAddressWorkspaceStatusAndData)
 {
     const auto parsed = reply("/reply/workspace/W/runningOrPausedCues/shallow",
-                              R"({"address":"/workspace/W/runningOrPausedCues/shallow",)"
-                              R"("workspace_id":"W","status":"ok","data":[{"uniqueID":"1"}]})");
+        R"({"address":"/workspace/W/runningOrPausedCues/shallow",)"
+        R"("workspace_id":"W","status":"ok","data":[{"uniqueID":"1"}]})");
     ASSERT_TRUE(parsed.has_value());
     EXPECT_EQ(parsed->address, "/workspace/W/runningOrPausedCues/shallow");
     EXPECT_EQ(parsed->workspaceID, "W");
@@ -65,7 +65,8 @@ TEST(QLabProtocolReply, OnlyExactlyOkIsOK)
 TEST(QLabProtocolReply, AddressFallsBackToTheOscAddressWithoutReply)
 {
     EXPECT_EQ(reply("/reply/workspace/W/connect", "{}")->address, "/workspace/W/connect");
-    EXPECT_EQ(reply("/reply/workspace/W/connect", R"({"address":5})")->address, "/workspace/W/connect");
+    EXPECT_EQ(
+        reply("/reply/workspace/W/connect", R"({"address":5})")->address, "/workspace/W/connect");
 }
 
 TEST(QLabProtocolReply, NonStringWorkspaceIdIsAbsent)
@@ -75,9 +76,10 @@ TEST(QLabProtocolReply, NonStringWorkspaceIdIsAbsent)
 
 TEST(QLabProtocolReply, FirstArgumentWithTextIsRead)
 {
-    const auto parsed = reply("/reply/x", {OSCArgument::blob({0x7b, 0x7d}), OSCArgument::null(),
-                                           OSCArgument::string(R"({"status":"denied"})"),
-                                           OSCArgument::string(R"({"status":"ok"})")});
+    const auto parsed = reply("/reply/x",
+        {OSCArgument::blob({0x7b, 0x7d}), OSCArgument::null(),
+            OSCArgument::string(R"({"status":"denied"})"),
+            OSCArgument::string(R"({"status":"ok"})")});
     ASSERT_TRUE(parsed.has_value());
     EXPECT_EQ(parsed->status, "denied");
 }
@@ -85,7 +87,8 @@ TEST(QLabProtocolReply, FirstArgumentWithTextIsRead)
 TEST(QLabProtocolReply, ReplyWithoutTextIsDropped)
 {
     EXPECT_FALSE(reply("/reply/x", std::vector<OSCArgument>{}).has_value());
-    EXPECT_FALSE(reply("/reply/x", {OSCArgument::boolean(true), OSCArgument::blob({})}).has_value());
+    EXPECT_FALSE(
+        reply("/reply/x", {OSCArgument::boolean(true), OSCArgument::blob({})}).has_value());
 }
 
 TEST(QLabProtocolReply, BrokenJsonIsDropped)

@@ -23,7 +23,7 @@ TEST(QLabProtocolRequests, ConnectSendsThePasscodeOnlyWhenThereIsOne)
 {
     EXPECT_EQ(QLabProtocol::connect("W-1", ""), message("/workspace/W-1/connect"));
     EXPECT_EQ(QLabProtocol::connect("W-1", "1234"),
-              message("/workspace/W-1/connect", {OSCArgument::string("1234")}));
+        message("/workspace/W-1/connect", {OSCArgument::string("1234")}));
 }
 
 TEST(QLabProtocolRequests, SubscribeToUpdatesSendsIntOne)
@@ -46,18 +46,19 @@ TEST(QLabProtocolRequests, RunningCuesAsksForTheShallowList)
 TEST(QLabProtocolRequests, CueValuesSendsTheKeysAsACompactJsonArray)
 {
     EXPECT_EQ(QLabProtocol::cueValues("W", "C-9", QLabProtocol::parentKeys),
-              message("/workspace/W/cue_id/C-9/valuesForKeys",
-                      {OSCArgument::string(R"(["number","name","type","parent"])")}));
+        message("/workspace/W/cue_id/C-9/valuesForKeys",
+            {OSCArgument::string(R"(["number","name","type","parent"])")}));
     EXPECT_EQ(QLabProtocol::cueValues("W", "C", {}),
-              message("/workspace/W/cue_id/C/valuesForKeys", {OSCArgument::string("[]")}));
+        message("/workspace/W/cue_id/C/valuesForKeys", {OSCArgument::string("[]")}));
 }
 
 TEST(QLabProtocolRequests, CuePropertyAppendsTheKey)
 {
-    EXPECT_EQ(QLabProtocol::cueProperty("W", "C", "startTime"), message("/workspace/W/cue_id/C/startTime"));
+    EXPECT_EQ(QLabProtocol::cueProperty("W", "C", "startTime"),
+        message("/workspace/W/cue_id/C/startTime"));
 }
 
-TEST(QLabProtocolRequests, ThumbAndDisconnect)
+TEST(QLabProtocolRequests, ThumpAndDisconnect)
 {
     EXPECT_EQ(QLabProtocol::thump("W"), message("/workspace/W/thump"));
     EXPECT_EQ(QLabProtocol::disconnect("W"), message("/workspace/W/disconnect"));
@@ -71,15 +72,18 @@ TEST(QLabProtocolRequests, IdsGoIntoTheAddressAsTheyStand)
 
 TEST(QLabProtocolRequests, KeyListsAreTheOnesQLabKnows)
 {
-    EXPECT_EQ(QLabProtocol::cueValueKeys, (QStringList{"number", "name", "type", "parent", "isPaused",
-                                                       "actionElapsed", "currentDuration", "duration"}));
-    EXPECT_EQ(QLabProtocol::timecodeKeys, (QStringList{"displayName", "startTime", "framerate", "outputType"}));
-    EXPECT_EQ(QLabProtocol::timecodePropertyKeys, (QStringList{"startTime", "framerate", "outputType"}));
+    EXPECT_EQ(QLabProtocol::cueValueKeys,
+        (QStringList{"number", "name", "type", "parent", "isPaused", "actionElapsed",
+            "currentDuration", "duration"}));
+    EXPECT_EQ(QLabProtocol::timecodeKeys,
+        (QStringList{"displayName", "startTime", "framerate", "outputType"}));
+    EXPECT_EQ(
+        QLabProtocol::timecodePropertyKeys, (QStringList{"startTime", "framerate", "outputType"}));
     EXPECT_EQ(QLabProtocol::ignoredCueTypes, (QSet<QString>{"Cue List", "Cart"}));
 }
 
 TEST(QLabProtocolRequests, UpdatesEncodesToTheBytesQLabExpects)
 {
     EXPECT_EQ(QLabProtocol::subscribeToUpdates().encoded(),
-              test::hex("2f757064 61746573 00000000 2c690000 00000001"));
+        test::hex("2f757064 61746573 00000000 2c690000 00000001"));
 }

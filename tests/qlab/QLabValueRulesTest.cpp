@@ -4,6 +4,7 @@
 #include <QJsonObject>
 
 #include <cmath>
+#include <limits>
 
 #include "qlab/QLabValueRules.h"
 
@@ -40,6 +41,16 @@ TEST(QLabValueRules, NumberFromANumberOrAStrictlyParsedString)
     EXPECT_FALSE(QLabValueRules::number(QJsonValue(QJsonArray{1})).has_value());
 }
 
+TEST(QLabValueRules, NumberThatIsNotFiniteIsAbsent)
+{
+    EXPECT_FALSE(QLabValueRules::number(QJsonValue("inf")).has_value());
+    EXPECT_FALSE(QLabValueRules::number(QJsonValue("-infinity")).has_value());
+    EXPECT_FALSE(QLabValueRules::number(QJsonValue("nan")).has_value());
+    EXPECT_FALSE(QLabValueRules::number(QJsonValue("1e400")).has_value());
+    EXPECT_FALSE(
+        QLabValueRules::number(QJsonValue(std::numeric_limits<double>::infinity())).has_value());
+}
+
 TEST(QLabValueRules, BooleanFromNumbersAndAFewWords)
 {
     EXPECT_EQ(QLabValueRules::boolean(QJsonValue("YES")), true);
@@ -58,7 +69,8 @@ TEST(QLabValueRules, TruncatedTowardsZeroWithinSixtyFourBits)
 {
     EXPECT_EQ(QLabValueRules::truncated(2.9), 2);
     EXPECT_EQ(QLabValueRules::truncated(-2.9), -2);
-    EXPECT_EQ(QLabValueRules::truncated(-9.223372036854775808e18), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(QLabValueRules::truncated(-9.223372036854775808e18),
+        std::numeric_limits<std::int64_t>::min());
     EXPECT_FALSE(QLabValueRules::truncated(9.223372036854775808e18).has_value());
     EXPECT_FALSE(QLabValueRules::truncated(std::nan("")).has_value());
     EXPECT_FALSE(QLabValueRules::truncated(-INFINITY).has_value());

@@ -31,5 +31,5 @@ TEST(SLIP, BlobWithFramingBytesMatchesTheWire)
 {
     // "/b" with the blob c0 db 01 02, as liblo frames it on TCP.
     EXPECT_EQ(SLIP::encode(hex("2f620000 2c620000 00000004 c0db0102")),
-              hex("2f620000 2c620000 00000004 dbdc dbdd 0102 c0"));
+        hex("2f620000 2c620000 00000004 dbdc dbdd 0102 c0"));
 }
