@@ -1,6 +1,8 @@
 // End to end: a tone played into a private PulseAudio server reaches the meter of a live central
 // model through the real input, calibrated by the offset in its settings.
 #include <QProcess>
+
+#include "support/TonePlayer.h"
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -16,26 +18,14 @@ class AppModelPulseTest : public QObject {
 
 private:
     QTemporaryDir folder;
-    QProcess player;
+    testsupport::TonePlayer tone;
 
 private slots:
     void initTestCase()
     {
         QVERIFY2(qEnvironmentVariableIsSet("PULSE_SERVER"), "the pulse fixture sets PULSE_SERVER");
-        const QString tone = folder.filePath("tone.wav");
-        QProcess generator;
-        generator.start(OSTREL_TONE_TOOL, {"--frequency", "1000", "--amplitude", "0.1", "--seconds",
-                                           "60", "--output", tone});
-        QVERIFY(generator.waitForFinished(20000));
-        QCOMPARE(generator.exitCode(), 0);
-        player.start("paplay", {"--latency-msec=1000", "--device=testsink", tone});
-        QVERIFY(player.waitForStarted(5000));
-    }
-
-    void cleanupTestCase()
-    {
-        player.kill();
-        player.waitForFinished(5000);
+        const QString problem = tone.start(OSTREL_TONE_TOOL, 0.1, 60);
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));
     }
 
     void aToneOfAmplitudeATenthReads96Point99WithOffset120()

@@ -1,6 +1,8 @@
 // The real audio input against a private PulseAudio server: a tone played into a null sink is
 // measured through Qt Multimedia, and the capture source is pulled out and plugged in again.
 #include <QProcess>
+
+#include "support/TonePlayer.h"
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -16,8 +18,7 @@ class AudioInputPulseTest : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir folder;
-    QProcess player;
+    testsupport::TonePlayer tone;
     static constexpr int pollMs = 100;
     static constexpr int delayMs = 100;
 
@@ -42,20 +43,8 @@ private slots:
     {
         QVERIFY2(qEnvironmentVariableIsSet("PULSE_SERVER"), "the pulse fixture sets PULSE_SERVER");
         // A 1 kHz tone of amplitude 0.1 (-20 dBFS peak), played for longer than the tests run.
-        const QString tone = folder.filePath("tone.wav");
-        QProcess generator;
-        generator.start(OSTREL_TONE_TOOL, {"--frequency", "1000", "--amplitude", "0.1", "--seconds",
-                                           "120", "--rate", "48000", "--output", tone});
-        QVERIFY(generator.waitForFinished(20000));
-        QCOMPARE(generator.exitCode(), 0);
-        player.start("paplay", {"--latency-msec=1000", "--device=testsink", tone});
-        QVERIFY(player.waitForStarted(5000));
-    }
-
-    void cleanupTestCase()
-    {
-        player.kill();
-        player.waitForFinished(5000);
+        const QString problem = tone.start(OSTREL_TONE_TOOL, 0.1, 120);
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));
     }
 
     void aToneThroughTheRealInputMeasuresItsLevel()
