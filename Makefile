@@ -2,7 +2,7 @@
 #   make run    builds and runs Ostrel Live
 #   make test   builds and runs every test, then the sanitizer builds of the logic tests
 
-.PHONY: run test deps dev asan tsan release bench format clean
+.PHONY: run analyze-demo test deps dev asan tsan release bench format clean
 
 JOBS ?= $(shell nproc)
 
@@ -13,9 +13,13 @@ release: deps
 	cmake --preset release
 	cmake --build --preset release -j $(JOBS)
 
-# Until the station's window exists, the analyser measures a generated 1 kHz tone at -20 dBFS
-# peak, streamed as WAV through standard input.
+# The station itself, on the default audio input.
 run: release
+	build/release/src/app/ostrel-live
+
+# The analyser measures a generated 1 kHz tone at -20 dBFS peak, streamed as WAV through
+# standard input.
+analyze-demo: release
 	build/release/tools/ostrel-tone/ostrel-tone --frequency 1000 --amplitude 0.1 --seconds 3 \
 	  | build/release/tools/ostrel-analyze/ostrel-analyze - --weighting Z --summary
 

@@ -6,6 +6,10 @@ set -euo pipefail
 packages=(
   g++ make cmake ninja-build ccache pkg-config
   qt6-base-dev qt6-multimedia-dev
+  qt6-declarative-dev qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
+  qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
+  qml6-module-qtquick-templates qml6-module-qtquick-window fonts-material-design-icons-iconfont
+  xvfb
   pulseaudio pulseaudio-utils
   libfftw3-dev
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev

@@ -1,0 +1,16 @@
+#pragma once
+
+// A minute of a plausible show, fed through the central model like live intervals, so that a
+// screenshot or a screen test shows every part of the meter filled. Deterministic.
+#include "common/Date.h"
+#include "model/AppModel.h"
+
+namespace ostrel::SampleContent {
+
+// The level of the last interval fed, which the readout then shows.
+inline constexpr double lastLevel = 78.4;
+
+// Ingests 60 seconds of intervals ending at `end`, and two cue markers inside them.
+void feed(AppModel& model, Date end);
+
+} // namespace ostrel::SampleContent

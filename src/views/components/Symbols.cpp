@@ -1,0 +1,60 @@
+#include "views/components/Symbols.h"
+
+#include <QFontDatabase>
+#include <array>
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::array<Symbols::Entry, 5> entries {{
+    {"sun.min", "brightness_low", "\u2212"},
+    {"sun.max", "brightness_high", "+"},
+    {"mic.slash", "mic_off", ""},
+    {"record.circle", "radio_button_checked", "\u25C9"},
+    {"exclamationmark.triangle.fill", "warning", "!"},
+}};
+
+bool fontInstalled = false;
+
+} // namespace
+
+std::span<const Symbols::Entry> Symbols::table()
+{
+    return entries;
+}
+
+bool Symbols::installFont(const QString& path)
+{
+    if (fontInstalled) return true;
+    if (QFontDatabase::addApplicationFont(path) >= 0) {
+        fontInstalled = true;
+    } else {
+        // The package may sit elsewhere on another distribution; fontconfig may still know it.
+        fontInstalled = QFontDatabase::hasFamily(QString::fromLatin1(family));
+    }
+    return fontInstalled;
+}
+
+bool Symbols::isFontInstalled()
+{
+    return fontInstalled;
+}
+
+QString Symbols::text(const QString& name, bool withFont)
+{
+    for (const auto& entry : entries) {
+        if (name == QLatin1String(entry.name))
+            return withFont ? QString::fromLatin1(entry.icon) : QString::fromUtf8(entry.fallback);
+    }
+    return QString();
+}
+
+Symbols::Symbols(QObject* parent) : QObject(parent), hasFont_(fontInstalled) { }
+
+QString Symbols::fontFamily() const
+{
+    return hasFont_ ? QString::fromLatin1(family) : QString();
+}
+
+} // namespace ostrel

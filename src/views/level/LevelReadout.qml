@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Layouts
+import Ostrel.Components
+import Ostrel.Level
+
+// The large number, its unit, the peak and the meter description, all sized by `numberSize`.
+Item {
+    id: root
+
+    required property AppModel appModel
+    property real numberSize: 132
+    readonly property LevelReadoutModel readout: readoutModel
+
+    implicitWidth: column.implicitWidth
+    implicitHeight: column.implicitHeight
+
+    LevelReadoutModel {
+        id: readoutModel
+        appModel: root.appModel
+        numberSize: root.numberSize
+    }
+
+    ColumnLayout {
+        id: column
+        anchors.centerIn: parent
+        spacing: 0
+
+        LevelNumber {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: readoutModel.padding
+            readout: readoutModel
+        }
+        Text {
+            Layout.alignment: Qt.AlignHCenter
+            text: readoutModel.unitText
+            font.pixelSize: readoutModel.unitSize
+            font.weight: Font.Medium
+            color: Theme.secondary
+        }
+        PeakNumber {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: readoutModel.padding
+            readout: readoutModel
+        }
+        MeterDescription {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: readoutModel.padding
+            Layout.bottomMargin: readoutModel.padding
+            appModel: root.appModel
+            size: readoutModel.descriptionSize
+        }
+    }
+}

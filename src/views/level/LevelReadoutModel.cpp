@@ -1,0 +1,170 @@
+#include "views/level/LevelReadoutModel.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "views/level/LevelText.h"
+
+namespace ostrel {
+
+namespace {
+
+QString fromView(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+LevelReadoutModel::LevelReadoutModel(QObject* parent) : ViewModel(parent)
+{
+    refresh();
+}
+
+LevelReadoutModel::Tone LevelReadoutModel::tone(
+    std::optional<double> level, bool hasSignal, LevelRange range)
+{
+    if (!level || !hasSignal) return Tone::noSignal;
+    switch (range) {
+    case LevelRange::normal:
+        return Tone::normal;
+    case LevelRange::elevated:
+        return Tone::elevated;
+    case LevelRange::high:
+        return Tone::high;
+    }
+    return Tone::normal;
+}
+
+Theme::Role LevelReadoutModel::colorRole(Tone tone)
+{
+    switch (tone) {
+    case Tone::normal:
+        return Theme::Role::primary;
+    case Tone::elevated:
+        return Theme::Role::orange;
+    case Tone::high:
+        return Theme::Role::red;
+    case Tone::noSignal:
+        return Theme::Role::secondary;
+    }
+    return Theme::Role::primary;
+}
+
+QString LevelReadoutModel::numberText(
+    std::optional<double> level, bool hasSignal, const QLocale& locale)
+{
+    if (!level || !hasSignal) return QString::fromUtf16(LevelText::missing);
+    return LevelText::number(*level, locale);
+}
+
+QString LevelReadoutModel::accessibleValue(
+    std::optional<double> level, bool hasSignal, LevelRange range, const QLocale& locale)
+{
+    if (!level || !hasSignal) return QStringLiteral("No signal");
+    return LevelText::number(*level, locale) + QStringLiteral(" decibels, ")
+        + fromView(LevelRanges::title(range));
+}
+
+void LevelReadoutModel::setNumberSize(double value)
+{
+    if (value == numberSize_) return;
+    numberSize_ = value;
+    emit numberSizeChanged();
+}
+
+double LevelReadoutModel::unitSize() const
+{
+    return std::max(0.2 * numberSize_, 13.0);
+}
+
+double LevelReadoutModel::peakSize() const
+{
+    return std::max(0.14 * numberSize_, 11.0);
+}
+
+double LevelReadoutModel::descriptionSize() const
+{
+    return std::max(0.17 * numberSize_, 12.0);
+}
+
+void LevelReadoutModel::attach(AppModel& model)
+{
+    const auto update = [this] { refresh(); };
+    MeterModel* meter = &model.meter();
+    AppSettings* settings = &model.settings();
+    track(connect(meter, &MeterModel::levelChanged, this, update));
+    track(connect(meter, &MeterModel::hasSignalChanged, this, update));
+    track(connect(meter, &MeterModel::statisticsChanged, this, update));
+    track(connect(settings, &AppSettings::elevatedThresholdChanged, this, update));
+    track(connect(settings, &AppSettings::highThresholdChanged, this, update));
+    track(connect(settings, &AppSettings::unhingedModeChanged, this, update));
+}
+
+void LevelReadoutModel::refresh()
+{
+    AppModel* model = appModel();
+    const std::optional<double> level = model ? model->meter().level() : std::nullopt;
+    const bool hasSignal = model && model->meter().hasSignal();
+    const LevelRange range
+        = model && level ? model->settings().levelRange(*level) : LevelRange::normal;
+    const bool unhinged = model && model->settings().unhingedMode();
+
+    setNumberText(numberText(level, hasSignal));
+    setTone(tone(level, hasSignal, range));
+    setAccessibleValue(accessibleValue(level, hasSignal, range));
+    setPeakCaption(unhinged ? QStringLiteral("LOUDEST SHIT") : QStringLiteral("PEAK"));
+
+    QString peakText = QString::fromUtf16(LevelText::missing);
+    QString peakSpoken = QStringLiteral("None");
+    if (const auto peak = model ? model->meter().statistics().peak() : std::nullopt) {
+        peakText = LevelText::number(*peak);
+        peakSpoken = peakText + QStringLiteral(" decibels");
+    }
+    setPeakText(peakText);
+    setPeakAccessibleValue(peakSpoken);
+}
+
+void LevelReadoutModel::setNumberText(const QString& value)
+{
+    if (value == numberText_) return;
+    numberText_ = value;
+    emit numberTextChanged();
+}
+
+void LevelReadoutModel::setTone(Tone value)
+{
+    if (value == tone_) return;
+    tone_ = value;
+    emit toneChanged();
+}
+
+void LevelReadoutModel::setPeakCaption(const QString& value)
+{
+    if (value == peakCaption_) return;
+    peakCaption_ = value;
+    emit peakCaptionChanged();
+}
+
+void LevelReadoutModel::setPeakText(const QString& value)
+{
+    if (value == peakText_) return;
+    peakText_ = value;
+    emit peakTextChanged();
+}
+
+void LevelReadoutModel::setAccessibleValue(const QString& value)
+{
+    if (value == accessibleValue_) return;
+    accessibleValue_ = value;
+    emit accessibleValueChanged();
+}
+
+void LevelReadoutModel::setPeakAccessibleValue(const QString& value)
+{
+    if (value == peakAccessibleValue_) return;
+    peakAccessibleValue_ = value;
+    emit peakAccessibleValueChanged();
+}
+
+} // namespace ostrel

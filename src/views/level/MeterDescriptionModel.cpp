@@ -1,0 +1,171 @@
+#include "views/level/MeterDescriptionModel.h"
+
+#include <string_view>
+
+#include "measurement/FrequencyWeighting.h"
+#include "measurement/TimeWeighting.h"
+
+namespace ostrel {
+
+namespace {
+
+QString fromView(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+MeterDescriptionModel::MeterDescriptionModel(QObject* parent) : ViewModel(parent)
+{
+    refresh();
+}
+
+MeterDescriptionModel::Status MeterDescriptionModel::status(
+    std::optional<double> level, bool hasSignal, bool isClipping, LevelRange range)
+{
+    if (!hasSignal || !level) return Status::noSignal;
+    if (isClipping) return Status::inputOverload;
+    switch (range) {
+    case LevelRange::high:
+        return Status::high;
+    case LevelRange::elevated:
+        return Status::elevated;
+    case LevelRange::normal:
+        return Status::normal;
+    }
+    return Status::normal;
+}
+
+QString MeterDescriptionModel::text(Status status, bool unhinged)
+{
+    switch (status) {
+    case Status::noSignal:
+        return unhinged ? QStringLiteral("Is this shit even plugged in?")
+                        : QStringLiteral("No Signal");
+    case Status::inputOverload:
+        return unhinged ? QStringLiteral("Clipping like a bastard")
+                        : QStringLiteral("Input Overload");
+    case Status::high:
+        return unhinged ? QStringLiteral("WHAT THE FUCK, TURN IT DOWN") : QStringLiteral("High");
+    case Status::elevated:
+        return unhinged ? QStringLiteral("Getting fucking loud") : QStringLiteral("Elevated");
+    case Status::normal:
+        return unhinged ? QStringLiteral("Chill as fuck") : QStringLiteral("Normal");
+    }
+    return QString();
+}
+
+Theme::Role MeterDescriptionModel::colorRole(Status status)
+{
+    switch (status) {
+    case Status::noSignal:
+        return Theme::Role::secondary;
+    case Status::inputOverload:
+    case Status::high:
+        return Theme::Role::red;
+    case Status::elevated:
+        return Theme::Role::orange;
+    case Status::normal:
+        return Theme::Role::green;
+    }
+    return Theme::Role::secondary;
+}
+
+void MeterDescriptionModel::setSize(double value)
+{
+    if (value == size_) return;
+    size_ = value;
+    emit sizeChanged();
+}
+
+QString MeterDescriptionModel::uncalibratedHelp() const
+{
+    return QStringLiteral("Readings aren't accurate until you calibrate your microphone. "
+                          "Click to open Settings.");
+}
+
+void MeterDescriptionModel::openSettings()
+{
+    emit settingsRequested();
+}
+
+void MeterDescriptionModel::attach(AppModel& model)
+{
+    const auto update = [this] { refresh(); };
+    MeterModel* meter = &model.meter();
+    AppSettings* settings = &model.settings();
+    track(connect(meter, &MeterModel::levelChanged, this, update));
+    track(connect(meter, &MeterModel::hasSignalChanged, this, update));
+    track(connect(meter, &MeterModel::isClippingChanged, this, update));
+    track(connect(settings, &AppSettings::elevatedThresholdChanged, this, update));
+    track(connect(settings, &AppSettings::highThresholdChanged, this, update));
+    track(connect(settings, &AppSettings::unhingedModeChanged, this, update));
+    track(connect(settings, &AppSettings::weightingChanged, this, update));
+    track(connect(settings, &AppSettings::responseChanged, this, update));
+    track(connect(settings, &AppSettings::calibrationDateChanged, this, update));
+}
+
+void MeterDescriptionModel::refresh()
+{
+    AppModel* model = appModel();
+    if (!model) {
+        setMeterSetting(QString(), QString());
+        setStatus(Status::noSignal);
+        setStatusText(text(Status::noSignal, false));
+        setShowsUncalibrated(false);
+        setUncalibratedText(QStringLiteral("Uncalibrated"));
+        return;
+    }
+    const AppSettings& settings = model->settings();
+    const MeterModel& meter = model->meter();
+    const bool unhinged = settings.unhingedMode();
+    const auto level = meter.level();
+    const LevelRange range = level ? settings.levelRange(*level) : LevelRange::normal;
+
+    // A secondary's mirrored setting takes this place once the crew link lands.
+    setMeterSetting(fromView(symbol(settings.weighting())), fromView(symbol(settings.response())));
+    setStatus(status(level, meter.hasSignal(), meter.isClipping(), range));
+    setStatusText(text(status_, unhinged));
+    setShowsUncalibrated(!settings.isCalibrated());
+    setUncalibratedText(unhinged ? QStringLiteral("Uncalibrated (it's lying to you)")
+                                 : QStringLiteral("Uncalibrated"));
+}
+
+void MeterDescriptionModel::setMeterSetting(const QString& weighting, const QString& response)
+{
+    if (weighting == weightingText_ && response == responseText_) return;
+    weightingText_ = weighting;
+    responseText_ = response;
+    emit meterSettingChanged();
+}
+
+void MeterDescriptionModel::setStatus(Status value)
+{
+    if (value == status_) return;
+    status_ = value;
+    emit statusChanged();
+}
+
+void MeterDescriptionModel::setStatusText(const QString& value)
+{
+    if (value == statusText_) return;
+    statusText_ = value;
+    emit statusTextChanged();
+}
+
+void MeterDescriptionModel::setShowsUncalibrated(bool value)
+{
+    if (value == showsUncalibrated_) return;
+    showsUncalibrated_ = value;
+    emit showsUncalibratedChanged();
+}
+
+void MeterDescriptionModel::setUncalibratedText(const QString& value)
+{
+    if (value == uncalibratedText_) return;
+    uncalibratedText_ = value;
+    emit uncalibratedTextChanged();
+}
+
+} // namespace ostrel

@@ -1,0 +1,106 @@
+#include "views/main/AudioNoticeModel.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace ostrel {
+
+AudioNoticeModel::AudioNoticeModel(QObject* parent)
+    : ViewModel(parent),
+      find_([](const QString& name) { return QStandardPaths::findExecutable(name); }),
+      launch_([](const Command& command) {
+          return QProcess::startDetached(command.program, command.arguments);
+      })
+{
+}
+
+std::optional<AudioNoticeModel::Notice> AudioNoticeModel::notice(
+    AppModel::Mode mode, AudioInput::Status status)
+{
+    if (mode != AppModel::Mode::live) return std::nullopt;
+    switch (status) {
+    case AudioInput::Status::stopped:
+    case AudioInput::Status::running:
+        return std::nullopt;
+    case AudioInput::Status::permissionDenied:
+        return Notice {
+            QStringLiteral("Ostrel Live needs access to your microphone to measure sound level."),
+            QStringLiteral("Open Sound Settings"), Action::openSoundSettings};
+    case AudioInput::Status::deviceUnavailable:
+        return Notice {QStringLiteral("Your selected audio input isn't available."),
+            QStringLiteral("Choose Input"), Action::chooseInput};
+    case AudioInput::Status::failed:
+        return Notice {QStringLiteral("The audio input couldn't be started."),
+            QStringLiteral("Try Again"), Action::retry};
+    }
+    return std::nullopt;
+}
+
+std::optional<AudioNoticeModel::Command> AudioNoticeModel::soundSettingsCommand(
+    const ProgramFinder& find)
+{
+    // The desktop's own panel first, then the mixers that work on any desktop.
+    const Command candidates[] = {
+        {QStringLiteral("gnome-control-center"), {QStringLiteral("sound")}},
+        {QStringLiteral("systemsettings"), {QStringLiteral("kcm_pulseaudio")}},
+        {QStringLiteral("pavucontrol"), {}},
+        {QStringLiteral("pavucontrol-qt"), {}},
+    };
+    for (const auto& candidate : candidates) {
+        const QString path = find(candidate.program);
+        if (!path.isEmpty()) return Command {path, candidate.arguments};
+    }
+    return std::nullopt;
+}
+
+void AudioNoticeModel::setProgramFinder(ProgramFinder find)
+{
+    find_ = std::move(find);
+    emit noticeChanged();
+}
+
+void AudioNoticeModel::setCommandLauncher(std::function<bool(const Command&)> launch)
+{
+    launch_ = std::move(launch);
+}
+
+bool AudioNoticeModel::showsAction() const
+{
+    if (!notice_) return false;
+    if (notice_->action == Action::openSoundSettings)
+        return soundSettingsCommand(find_).has_value();
+    return true;
+}
+
+void AudioNoticeModel::perform()
+{
+    switch (action()) {
+    case Action::none:
+        return;
+    case Action::openSoundSettings:
+        if (const auto command = soundSettingsCommand(find_)) launch_(*command);
+        return;
+    case Action::chooseInput:
+        emit settingsRequested();
+        return;
+    case Action::retry:
+        if (AppModel* model = appModel()) model->restartAudio();
+        return;
+    }
+}
+
+void AudioNoticeModel::attach(AppModel& model)
+{
+    track(connect(&model.audio(), &AudioInput::statusChanged, this, [this] { refresh(); }));
+}
+
+void AudioNoticeModel::refresh()
+{
+    AppModel* model = appModel();
+    const auto next = model ? notice(model->mode(), model->audio().status()) : std::nullopt;
+    if (next == notice_) return;
+    notice_ = next;
+    emit noticeChanged();
+}
+
+} // namespace ostrel

@@ -1,0 +1,86 @@
+#include "views/main/BrightnessOverlay.h"
+
+#include <QKeySequence>
+#include <cmath>
+
+#include "model/SettingsStore.h"
+
+namespace ostrel {
+
+namespace {
+
+QKeySequence brighterKeys()
+{
+    return QKeySequence(QKeyCombination(Qt::ControlModifier | Qt::AltModifier, Qt::Key_Up));
+}
+
+QKeySequence dimmerKeys()
+{
+    return QKeySequence(QKeyCombination(Qt::ControlModifier | Qt::AltModifier, Qt::Key_Down));
+}
+
+} // namespace
+
+BrightnessOverlay::BrightnessOverlay(QObject* parent) : ViewModel(parent) { }
+
+QString BrightnessOverlay::accessibleValue(double brightness)
+{
+    return QStringLiteral("%1 percent").arg(std::llround(brightness * 100.0));
+}
+
+void BrightnessOverlay::setBrightness(double value)
+{
+    if (AppModel* model = appModel()) model->settings().setScreenBrightness(value);
+}
+
+double BrightnessOverlay::minimum() const
+{
+    return SettingsStore::clampedBrightness(0.0);
+}
+
+double BrightnessOverlay::maximum() const
+{
+    return SettingsStore::clampedBrightness(2.0);
+}
+
+QString BrightnessOverlay::helpText() const
+{
+    return QStringLiteral("Screen brightness (%1 / %2)").arg(brighterShortcut(), dimmerShortcut());
+}
+
+QString BrightnessOverlay::brighterShortcut() const
+{
+    return brighterKeys().toString(QKeySequence::NativeText);
+}
+
+QString BrightnessOverlay::dimmerShortcut() const
+{
+    return dimmerKeys().toString(QKeySequence::NativeText);
+}
+
+void BrightnessOverlay::brighter()
+{
+    if (canBrighten()) setBrightness(brightness_ + step);
+}
+
+void BrightnessOverlay::dimmer()
+{
+    if (canDim()) setBrightness(brightness_ - step);
+}
+
+void BrightnessOverlay::attach(AppModel& model)
+{
+    track(connect(
+        &model.settings(), &AppSettings::screenBrightnessChanged, this, [this] { refresh(); }));
+}
+
+void BrightnessOverlay::refresh()
+{
+    AppModel* model = appModel();
+    const double next = model ? model->settings().screenBrightness() : 1.0;
+    if (next == brightness_) return;
+    brightness_ = next;
+    emit brightnessChanged();
+}
+
+} // namespace ostrel

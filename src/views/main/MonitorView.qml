@@ -1,0 +1,145 @@
+import QtQuick
+import QtQuick.Layouts
+import Ostrel.Components
+import Ostrel.Level
+import Ostrel.Main
+
+// The readings, laid out in one column that grows with the space it gets. Places of views that
+// join later (current cue, side column, mic alerts, feedback, spectrum, corners) stay empty.
+Item {
+    id: root
+
+    required property AppModel appModel
+    readonly property MonitorLayout layout: layoutModel
+
+    MonitorLayout {
+        id: layoutModel
+        width: root.width
+        height: root.height
+    }
+    MonitorModel {
+        id: monitor
+        appModel: root.appModel
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.leftMargin: layoutModel.sidePadding
+        anchors.rightMargin: layoutModel.sidePadding
+        anchors.topMargin: layoutModel.verticalPadding
+        anchors.bottomMargin: layoutModel.verticalPadding
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: layoutModel.topRowSpacing
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                Layout.alignment: Qt.AlignTop
+                spacing: layoutModel.captionSpacing
+
+                Caption {
+                    text: monitor.currentCueCaption
+                    fontSize: layoutModel.captionSize
+                    tracking: layoutModel.captionTracking
+                }
+                Item {
+                    objectName: "currentCuePlace"
+                    Layout.fillWidth: true
+                }
+            }
+        }
+        Item {
+            objectName: "micAlertsPlace"
+            Layout.fillWidth: true
+            Layout.topMargin: layoutModel.micAlertsSpacing
+        }
+
+        Item { Layout.fillHeight: true }
+
+        NoticeView {
+            objectName: "noticeView"
+            Layout.fillWidth: true
+            appModel: root.appModel
+        }
+        ColumnLayout {
+            Layout.alignment: Qt.AlignHCenter
+            visible: monitor.showsReadout
+            spacing: layoutModel.readoutSpacing
+
+            LevelReadout {
+                objectName: "levelReadout"
+                Layout.alignment: Qt.AlignHCenter
+                appModel: root.appModel
+                numberSize: layoutModel.readoutSize
+            }
+            Item {
+                objectName: "feedbackWarningPlace"
+                Layout.fillWidth: true
+            }
+            Text {
+                Layout.alignment: Qt.AlignHCenter
+                visible: monitor.showsNoSignalText
+                text: monitor.noSignalText
+                font.pixelSize: layoutModel.noSignalTextSize
+                color: Theme.secondary
+            }
+        }
+
+        Item { Layout.fillHeight: true }
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.preferredHeight: layoutModel.graphRowHeight
+            Layout.maximumHeight: layoutModel.graphRowHeight
+            visible: monitor.showsGraph
+            spacing: layoutModel.graphRowSpacing
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredWidth: layoutModel.graphRowHeight
+                spacing: layoutModel.graphColumnSpacing
+
+                Caption {
+                    text: monitor.levelCaption
+                    fontSize: layoutModel.smallCaptionSize
+                    tracking: layoutModel.captionTracking
+                }
+                LevelGraph {
+                    objectName: "levelGraph"
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    appModel: root.appModel
+                    lineWidth: layoutModel.graphLineWidth
+                }
+            }
+            ColumnLayout {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredWidth: layoutModel.graphRowHeight
+                spacing: layoutModel.graphColumnSpacing
+
+                Caption {
+                    text: monitor.spectrumCaption
+                    fontSize: layoutModel.smallCaptionSize
+                    tracking: layoutModel.captionTracking
+                }
+                Item {
+                    objectName: "spectrumPlace"
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                }
+            }
+        }
+
+        StatisticsFooter {
+            objectName: "statisticsFooter"
+            Layout.fillWidth: true
+            Layout.topMargin: layoutModel.footerSpacing
+            appModel: root.appModel
+            fontSize: layoutModel.footerFontSize
+        }
+    }
+}

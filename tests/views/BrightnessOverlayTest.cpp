@@ -1,0 +1,102 @@
+#include <QSignalSpy>
+
+#include "StationFixture.h"
+#include "views/main/BrightnessOverlay.h"
+
+using namespace ostrel;
+
+class BrightnessOverlayTest : public testsupport::StationFixture { };
+
+TEST_F(BrightnessOverlayTest, FullBrightnessLeavesTheWindowClear)
+{
+    auto model = make(AppModel::Mode::inert);
+    model->settings().setScreenBrightness(1.0);
+    BrightnessOverlay overlay;
+    overlay.setAppModel(model.get());
+    EXPECT_EQ(overlay.overlayOpacity(), 0.0);
+}
+
+TEST_F(BrightnessOverlayTest, LowestBrightnessIsBlackAtEightTenths)
+{
+    auto model = make(AppModel::Mode::inert);
+    BrightnessOverlay overlay;
+    overlay.setAppModel(model.get());
+    model->settings().setScreenBrightness(0.2);
+    EXPECT_NEAR(overlay.overlayOpacity(), 0.8, 1e-12);
+    EXPECT_FALSE(overlay.canDim());
+    EXPECT_TRUE(overlay.canBrighten());
+}
+
+TEST_F(BrightnessOverlayTest, TheSliderCannotTakeTheScreenAway)
+{
+    auto model = make(AppModel::Mode::inert);
+    BrightnessOverlay overlay;
+    overlay.setAppModel(model.get());
+    overlay.setBrightness(0.05);
+    EXPECT_EQ(model->settings().screenBrightness(), 0.2);
+    EXPECT_NEAR(overlay.overlayOpacity(), 0.8, 1e-12);
+    EXPECT_EQ(overlay.minimum(), 0.2);
+    EXPECT_EQ(overlay.maximum(), 1.0);
+}
+
+TEST_F(BrightnessOverlayTest, BrighterFromNinetyFivePercentReachesFullAndStops)
+{
+    auto model = make(AppModel::Mode::inert);
+    BrightnessOverlay overlay;
+    overlay.setAppModel(model.get());
+    model->settings().setScreenBrightness(0.95);
+    ASSERT_TRUE(overlay.canBrighten());
+    overlay.brighter();
+    EXPECT_EQ(model->settings().screenBrightness(), 1.0);
+    EXPECT_FALSE(overlay.canBrighten());
+}
+
+TEST_F(BrightnessOverlayTest, DimmerFromAQuarterReachesTheFloorAndStops)
+{
+    auto model = make(AppModel::Mode::inert);
+    BrightnessOverlay overlay;
+    overlay.setAppModel(model.get());
+    model->settings().setScreenBrightness(0.25);
+    overlay.dimmer();
+    EXPECT_EQ(model->settings().screenBrightness(), 0.2);
+    EXPECT_FALSE(overlay.canDim());
+}
+
+TEST_F(BrightnessOverlayTest, SpokenValueIsTheRoundedPercentage)
+{
+    EXPECT_EQ(BrightnessOverlay::accessibleValue(0.456), "46 percent");
+    EXPECT_EQ(BrightnessOverlay::accessibleValue(1.0), "100 percent");
+    EXPECT_EQ(BrightnessOverlay::accessibleValue(0.2), "20 percent");
+}
+
+TEST_F(BrightnessOverlayTest, HelpTextNamesTheShortcutsAsThisPlatformWritesThem)
+{
+    BrightnessOverlay overlay;
+    EXPECT_EQ(overlay.helpText(), "Screen brightness (Ctrl+Alt+Up / Ctrl+Alt+Down)");
+    EXPECT_EQ(overlay.accessibleName(), "Screen brightness");
+}
+
+TEST_F(BrightnessOverlayTest, FollowsTheSettingAndNotifiesOncePerChange)
+{
+    auto model = make(AppModel::Mode::inert);
+    BrightnessOverlay overlay;
+    overlay.setAppModel(model.get());
+    QSignalSpy changes(&overlay, &BrightnessOverlay::brightnessChanged);
+    model->settings().setScreenBrightness(0.5);
+    model->settings().setScreenBrightness(0.5);
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_EQ(overlay.brightness(), 0.5);
+    EXPECT_EQ(overlay.accessibleValue(), "50 percent");
+}
+
+TEST_F(BrightnessOverlayTest, WithoutAModelTheWindowStaysClear)
+{
+    auto model = make(AppModel::Mode::inert);
+    model->settings().setScreenBrightness(0.3);
+    BrightnessOverlay overlay;
+    overlay.setAppModel(model.get());
+    ASSERT_NEAR(overlay.overlayOpacity(), 0.7, 1e-12);
+    model.reset();
+    EXPECT_EQ(overlay.appModel(), nullptr);
+    EXPECT_EQ(overlay.overlayOpacity(), 0.0);
+}

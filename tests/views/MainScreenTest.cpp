@@ -1,0 +1,270 @@
+// The main screen drawn off screen with the station's own QML over an inert model fed with
+// sample readings: at the reference size, the narrowest and a wall display.
+#include <QDir>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickStyle>
+#include <QQuickView>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+#include <chrono>
+#include <memory>
+#include <set>
+
+#include "app/SampleContent.h"
+#include "app/SilentCaptureBackend.h"
+#include "model/AppModel.h"
+#include "views/components/Symbols.h"
+#include "views/main/MonitorLayout.h"
+
+Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
+
+using namespace ostrel;
+
+namespace {
+
+struct Station {
+    QTemporaryDir folder;
+    std::unique_ptr<QSettings> store;
+    std::unique_ptr<AppModel> model;
+
+    explicit Station(AppModel::Mode mode, AppearanceMode appearance)
+    {
+        store = std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat);
+        model = std::make_unique<AppModel>(
+            mode, std::make_unique<AppSettings>(*store), std::make_unique<SilentCaptureBackend>());
+        model->settings().setAppearance(appearance);
+        model->settings().setCalibrationDate(std::chrono::system_clock::now());
+    }
+};
+
+struct Screen {
+    QQuickView view;
+
+    explicit Screen(AppModel& model)
+    {
+        view.engine()->addImportPath(QStringLiteral("qrc:/"));
+        view.setInitialProperties({{QStringLiteral("appModel"), QVariant::fromValue(&model)}});
+        view.setResizeMode(QQuickView::SizeRootObjectToView);
+        view.setSource(QUrl(QStringLiteral("qrc:/Ostrel/Main/MainScreen.qml")));
+    }
+
+    QQuickItem* item(const char* name) const
+    {
+        return view.rootObject() ? view.rootObject()->findChild<QQuickItem*>(QLatin1String(name))
+                                 : nullptr;
+    }
+
+    QRect rectOf(const char* name) const
+    {
+        const QQuickItem* found = item(name);
+        if (!found) return {};
+        return found->mapRectToScene(QRectF(0, 0, found->width(), found->height()))
+            .toAlignedRect()
+            .intersected(QRect(QPoint(0, 0), view.size()));
+    }
+};
+
+// Draws the screen at `size` and gives the picture once bindings have settled.
+QImage render(Screen& screen, QSize size)
+{
+    screen.view.resize(size);
+    screen.view.show();
+    if (!QTest::qWaitForWindowExposed(&screen.view)) return {};
+    QSignalSpy frames(&screen.view, &QQuickWindow::frameSwapped);
+    screen.view.update();
+    if (!frames.wait(5000)) return {};
+    QCoreApplication::processEvents();
+    return screen.view.grabWindow();
+}
+
+// Pixels in `area` that stand out from the colour at its top left corner.
+int contrastingPixels(const QImage& image, QRect area)
+{
+    if (area.isEmpty()) return 0;
+    const int background = image.pixelColor(area.topLeft()).lightness();
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (std::abs(image.pixelColor(x, y).lightness() - background) > 100) ++count;
+        }
+    }
+    return count;
+}
+
+int bluePixels(const QImage& image, QRect area)
+{
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor colour = image.pixelColor(x, y);
+            if (colour.blue() > 180 && colour.red() < 90) ++count;
+        }
+    }
+    return count;
+}
+
+std::size_t distinctColours(const QImage& image)
+{
+    std::set<QRgb> colours;
+    for (int y = 0; y < image.height(); y += 2) {
+        for (int x = 0; x < image.width(); x += 2)
+            colours.insert(image.pixel(x, y));
+    }
+    return colours.size();
+}
+
+double meanLightness(const QImage& image)
+{
+    double sum = 0.0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            sum += image.pixelColor(x, y).lightnessF();
+    }
+    return sum / (image.width() * image.height());
+}
+
+bool save(const QImage& image, const QString& name)
+{
+    QDir().mkpath(QStringLiteral(OSTREL_SCREENSHOT_DIR));
+    return image.save(QStringLiteral(OSTREL_SCREENSHOT_DIR "/") + name, "PNG");
+}
+
+} // namespace
+
+class MainScreenTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QQuickStyle::setStyle(QStringLiteral("Fusion"));
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        Symbols::installFont();
+    }
+
+    void drawsTheSampleReadings_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("dark");
+        QTest::addColumn<double>("lowestScale");
+        QTest::addColumn<double>("highestScale");
+        // The toolbar takes its row, so the monitor gets a little less than the window.
+        QTest::newRow("560x720") << QSize(560, 720) << true << 0.9 << 1.0;
+        QTest::newRow("280x720") << QSize(280, 720) << false << 0.8 << 0.8;
+        QTest::newRow("1680x2160") << QSize(1680, 2160) << true << 2.9 << 3.0;
+    }
+
+    void drawsTheSampleReadings()
+    {
+        QFETCH(QSize, size);
+        QFETCH(bool, dark);
+        QFETCH(double, lowestScale);
+        QFETCH(double, highestScale);
+
+        Station station(AppModel::Mode::inert, dark ? AppearanceMode::dark : AppearanceMode::light);
+        SampleContent::feed(*station.model, std::chrono::system_clock::now());
+        Screen screen(*station.model);
+        QCOMPARE(screen.view.status(), QQuickView::Ready);
+        const QImage image = render(screen, size);
+        QCOMPARE(image.size(), size);
+        QVERIFY(save(
+            image, QStringLiteral("main-screen-%1x%2.png").arg(size.width()).arg(size.height())));
+
+        QQuickItem* number = screen.item("levelNumber");
+        QVERIFY(number);
+        QCOMPARE(number->property("text").toString(), QStringLiteral("78.4"));
+        QVERIFY(number->isVisible());
+
+        QQuickItem* monitor = screen.item("monitorView");
+        QVERIFY(monitor);
+        auto* layout = qobject_cast<MonitorLayout*>(monitor->property("layout").value<QObject*>());
+        QVERIFY(layout);
+        QCOMPARE(layout->scale(), MonitorLayout::scaleFor(monitor->width(), monitor->height()));
+        QVERIFY2(layout->scale() >= lowestScale && layout->scale() <= highestScale,
+            qPrintable(QString::number(layout->scale())));
+        QVERIFY(
+            std::abs(number->property("font").value<QFont>().pixelSize() - layout->readoutSize())
+            <= 1.0);
+
+        // The picture really holds the screen: many colours, the number drawn, a blue line.
+        QVERIFY(distinctColours(image) > 20);
+        const QRect numberArea = screen.rectOf("levelNumber");
+        QVERIFY(!numberArea.isEmpty());
+        QVERIFY2(
+            contrastingPixels(image, numberArea) > numberArea.width() * numberArea.height() / 50,
+            "the level number is not drawn");
+        const QRect graphArea = screen.rectOf("levelGraph");
+        QVERIFY(!graphArea.isEmpty());
+        QVERIFY2(
+            bluePixels(image, graphArea) > graphArea.width() / 2, "the level line is not drawn");
+        const QRect footerArea = screen.rectOf("statisticsFooter");
+        QVERIFY(contrastingPixels(image, footerArea) > 50);
+        QCOMPARE(screen.item("noticeView")->isVisible(), false);
+    }
+
+    void dimmingDarkensTheWholeWindow()
+    {
+        Station station(AppModel::Mode::inert, AppearanceMode::light);
+        SampleContent::feed(*station.model, std::chrono::system_clock::now());
+        Screen screen(*station.model);
+        const double bright = meanLightness(render(screen, QSize(560, 720)));
+        station.model->settings().setScreenBrightness(0.2);
+        const QImage dimmed = render(screen, QSize(560, 720));
+        QVERIFY(save(dimmed, QStringLiteral("main-screen-dimmed.png")));
+        // Black at 0.8 over everything leaves a fifth of the light.
+        QVERIFY2(std::abs(meanLightness(dimmed) / bright - 0.2) < 0.03,
+            qPrintable(QStringLiteral("%1 -> %2").arg(bright).arg(meanLightness(dimmed))));
+    }
+
+    void aMachineWithoutInputShowsTheNoticeAndKeepsTheFooter()
+    {
+        Station station(AppModel::Mode::live, AppearanceMode::dark);
+        Screen screen(*station.model);
+        QTRY_COMPARE(station.model->audio().status(), AudioInput::Status::deviceUnavailable);
+        const QImage image = render(screen, QSize(560, 720));
+        QVERIFY(save(image, QStringLiteral("main-screen-no-input.png")));
+
+        QVERIFY(screen.item("noticeView")->isVisible());
+        QCOMPARE(screen.item("noticeMessage")->property("text").toString(),
+            QStringLiteral("Your selected audio input isn't available."));
+        QCOMPARE(screen.item("noticeAction")->property("text").toString(),
+            QStringLiteral("Choose Input"));
+        QVERIFY(screen.item("noticeAction")->isVisible());
+        QVERIFY(!screen.item("levelReadout")->isVisible());
+        QVERIFY(screen.item("statisticsFooter")->isVisible());
+        QVERIFY(contrastingPixels(image, screen.rectOf("noticeMessage")) > 100);
+    }
+
+    void dismissingTheAlertClearsTheError()
+    {
+        Station station(AppModel::Mode::inert, AppearanceMode::dark);
+        Screen screen(*station.model);
+        render(screen, QSize(560, 720));
+        QObject* alert
+            = screen.view.rootObject()->findChild<QObject*>(QStringLiteral("errorAlert"));
+        QVERIFY(alert);
+        QCOMPARE(alert->property("opened").toBool(), false);
+
+        station.model->setErrorMessage(QStringLiteral("The recording couldn't be written."));
+        QTRY_VERIFY(alert->property("opened").toBool());
+        QCOMPARE(alert->property("title").toString(), QStringLiteral("Something Went Wrong"));
+        QVERIFY(save(render(screen, QSize(560, 720)), QStringLiteral("main-screen-alert.png")));
+
+        QMetaObject::invokeMethod(alert, "accept");
+        QTRY_VERIFY(!station.model->hasError());
+        QTRY_VERIFY(!alert->property("visible").toBool());
+
+        // The same failure later alerts again.
+        station.model->setErrorMessage(QStringLiteral("The recording couldn't be written."));
+        QTRY_VERIFY(alert->property("opened").toBool());
+    }
+};
+
+QTEST_MAIN(MainScreenTest)
+#include "MainScreenTest.moc"
