@@ -2,7 +2,7 @@
 #   make run    builds and runs Ostrel Live
 #   make test   builds and runs every test, then the sanitizer builds of the logic tests
 
-.PHONY: run analyze-demo test deps dev asan tsan release bench format clean
+.PHONY: run analyze-demo test test-long deps dev asan tsan release bench format clean
 
 JOBS ?= $(shell nproc)
 
@@ -39,6 +39,12 @@ test: dev asan tsan
 	ctest --preset dev -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
 	ctest --preset tsan
+
+# The long mode: every test, then each fuzz target for FUZZ_SECONDS (five minutes by default).
+FUZZ_SECONDS ?= 300
+test-long: test
+	scripts/install-deps.sh --fuzz
+	scripts/run-fuzzers.sh $(FUZZ_SECONDS)
 
 bench: dev
 	build/dev/benchmarks/measurement_benchmarks

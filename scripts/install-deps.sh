@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build and the tests need, only those missing, with sudo
 # when not root. Safe to run again and again: with everything present it only checks.
+#
+#   scripts/install-deps.sh           what the build and `make test` need
+#   scripts/install-deps.sh --fuzz    also clang and xxd, for the fuzzers of `make test-long`
 set -euo pipefail
 
 packages=(
@@ -16,6 +19,9 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-liblo
 )
+if [[ "${1:-}" == "--fuzz" ]]; then
+  packages+=(clang xxd)
+fi
 
 missing=()
 for package in "${packages[@]}"; do

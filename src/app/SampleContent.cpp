@@ -51,6 +51,7 @@ void feed(AppModel& model, Date end)
     }
     model.meter().addMarker(QStringLiteral("Q 12  Preshow"), addingSeconds(end, -54.0));
     model.meter().addMarker(QStringLiteral("Q 14  Overture"), addingSeconds(end, -24.0));
+    model.qlab().simulate(QLabClientState::connected, QStringLiteral("Evening Show"), {});
 }
 
 } // namespace ostrel::SampleContent

@@ -10,7 +10,8 @@ namespace ostrel::SampleContent {
 // The level of the last interval fed, which the readout then shows.
 inline constexpr double lastLevel = 78.4;
 
-// Ingests 60 seconds of intervals ending at `end`, and two cue markers inside them.
+// Ingests 60 seconds of intervals ending at `end`, and two cue markers inside them; QLab shows as
+// connected to a workspace.
 void feed(AppModel& model, Date end);
 
 } // namespace ostrel::SampleContent

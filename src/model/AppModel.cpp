@@ -11,8 +11,8 @@ struct AppModel::ObservedGroup {
     bool pending = false;
 };
 
-AppModel::Mode AppModel::currentMode(const QStringList& arguments,
-                                     const QProcessEnvironment& environment)
+AppModel::Mode AppModel::currentMode(
+    const QStringList& arguments, const QProcessEnvironment& environment)
 {
     if (environment.contains(QString::fromLatin1(inertEnvironmentKey))) return Mode::inert;
     // The exact argument only: "--demo" or "-demo-mode" are not it.
@@ -26,12 +26,15 @@ AppModel::Mode AppModel::currentMode()
 }
 
 AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
-                   std::unique_ptr<AudioCaptureBackend> audioBackend, QObject* parent)
+    std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings,
+    QObject* parent)
     : QObject(parent),
       mode_(mode),
       settings_(std::move(settings)),
       audio_(std::make_unique<AudioInput>(std::move(audioBackend))),
-      meter_(std::make_unique<MeterModel>())
+      meter_(std::make_unique<MeterModel>()),
+      qlab_(std::make_unique<QLabClient>(
+          qlabTimings, [] { return std::chrono::system_clock::now(); }))
 {
     QPointer<AppModel> self(this);
     audio_->onInterval = [self](const MeasurementInterval& interval) {
@@ -48,8 +51,8 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
 
     if (mode_ == Mode::inert) return;
     if (auto* application = QCoreApplication::instance()) {
-        connect(application, &QCoreApplication::aboutToQuit, this,
-                &AppModel::applicationWillTerminate);
+        connect(
+            application, &QCoreApplication::aboutToQuit, this, &AppModel::applicationWillTerminate);
     }
     // After construction has returned, so that the first window can appear first.
     QTimer::singleShot(0, this, [self] {
@@ -89,16 +92,20 @@ void AppModel::start()
     applyMeasurementSettings();
     applyDisplaySettings();
     observe([this] { applyMeasurementSettings(); }, &AppSettings::weightingChanged,
-            &AppSettings::responseChanged, &AppSettings::calibrationOffsetChanged,
-            &AppSettings::microphoneCorrectionChanged);
+        &AppSettings::responseChanged, &AppSettings::calibrationOffsetChanged,
+        &AppSettings::microphoneCorrectionChanged);
     observe([this] { applyDisplaySettings(); }, &AppSettings::graphDurationChanged,
-            &AppSettings::appearanceChanged, &AppSettings::recordsLevelHistoryChanged,
-            &AppSettings::feedbackWarningEnabledChanged);
+        &AppSettings::appearanceChanged, &AppSettings::recordsLevelHistoryChanged,
+        &AppSettings::feedbackWarningEnabledChanged);
 
     if (mode_ != Mode::live) return;
     audio_->start(settings_->inputDeviceUID(), settings_->inputChannel());
+    applyQLabSettings();
     observe([this] { applyInputSettings(); }, &AppSettings::inputDeviceUIDChanged,
-            &AppSettings::inputChannelChanged);
+        &AppSettings::inputChannelChanged);
+    observe([this] { applyQLabSettings(); }, &AppSettings::qlabEnabledChanged,
+        &AppSettings::qlabHostChanged, &AppSettings::qlabPortChanged,
+        &AppSettings::qlabPasscodeChanged, &AppSettings::qlabWorkspaceChanged);
 }
 
 void AppModel::ingest(const MeasurementInterval& interval, Date at)
@@ -113,11 +120,28 @@ void AppModel::restartAudio()
     audio_->start(settings_->inputDeviceUID(), settings_->inputChannel());
 }
 
+void AppModel::applyQLabSettings()
+{
+    // Spaces and tabs only: a line end in the field is the user's to see, not ours to hide.
+    QString host = settings_->qlabHost();
+    const auto isBlank = [](QChar c) { return c == u' ' || c == u'\t'; };
+    qsizetype first = 0;
+    qsizetype end = host.size();
+    while (first < end && isBlank(host[first]))
+        ++first;
+    while (end > first && isBlank(host[end - 1]))
+        --end;
+    host = host.mid(first, end - first);
+    const auto port = static_cast<quint16>(std::clamp<qint64>(settings_->qlabPort(), 0, 65535));
+    qlab_->configure(settings_->qlabEnabled(), host, port, settings_->qlabPasscode(),
+        settings_->qlabWorkspace());
+}
+
 void AppModel::applyMeasurementSettings()
 {
     ++measurementApplies_;
     audio_->pipeline()->configure(settings_->weighting(), settings_->response(),
-                                  settings_->calibrationOffset(), settings_->microphoneCorrection());
+        settings_->calibrationOffset(), settings_->microphoneCorrection());
     // Peak, Max and Leq measured under one curve mean nothing under another; a change of
     // response or offset alone keeps them, and so does the first run at start.
     if (appliedWeighting_
@@ -142,8 +166,8 @@ void AppModel::applyInputSettings()
     meter_->resetAll();
 }
 
-void AppModel::measureCalibration(double duration, CalibrationProgress progress,
-                                  CalibrationCompletion completion)
+void AppModel::measureCalibration(
+    double duration, CalibrationProgress progress, CalibrationCompletion completion)
 {
     if (calibrationCollector_) cancelCalibration();
     calibrationCollector_.emplace();

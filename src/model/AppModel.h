@@ -4,8 +4,8 @@
 // everything in a fixed order, routes each measurement interval to its consumers and turns every
 // settings change into a call on the subsystem concerned. Main thread only.
 //
-// Subsystems that join later (QLab, sessions, Dante, mics, crew, updater) are wired here as they
-// land; until then the routes that would reach them simply end.
+// Subsystems that join later (sessions, Dante, mics, crew, updater) are wired here as they land;
+// until then the routes that would reach them simply end.
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,6 +24,7 @@
 #include "measurement/MicrophoneCorrection.h"
 #include "model/AppSettings.h"
 #include "model/MeterModel.h"
+#include "qlab/QLabClient.h"
 
 namespace ostrel {
 
@@ -46,15 +47,18 @@ public:
     static Mode currentMode(const QStringList& arguments, const QProcessEnvironment& environment);
     static Mode currentMode();
 
-    // `audioBackend` is the capture system of the live input (Qt Multimedia in the station).
+    // `audioBackend` is the capture system of the live input (Qt Multimedia in the station);
+    // `qlabTimings` the QLab client's waits, shortened only by tests.
     AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
-             std::unique_ptr<AudioCaptureBackend> audioBackend, QObject* parent = nullptr);
+        std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings = {},
+        QObject* parent = nullptr);
     ~AppModel() override;
 
     Mode mode() const { return mode_; }
     AppSettings& settings() { return *settings_; }
     AudioInput& audio() { return *audio_; }
     MeterModel& meter() { return *meter_; }
+    QLabClient& qlab() { return *qlab_; }
     bool hasStarted() const { return hasStarted_; }
 
     // Idempotent: the first call sets everything going.
@@ -62,13 +66,16 @@ public:
     void ingest(const MeasurementInterval& interval, Date at);
     // The "Try Again" of the audio notice.
     void restartAudio();
+    // Takes the QLab settings to the client: the host trimmed, the port clamped to what a TCP
+    // port can be.
+    void applyQLabSettings();
 
     using CalibrationProgress = std::function<void(double fraction)>;
     using CalibrationCompletion = std::function<void(std::optional<CalibrationResult>)>;
     // Measures a calibrator tone for `duration` seconds; progress about ten times a second, the
     // last call exactly 1.0. Cancelling gives what the collector makes of what it has.
-    void measureCalibration(double duration, CalibrationProgress progress,
-                            CalibrationCompletion completion);
+    void measureCalibration(
+        double duration, CalibrationProgress progress, CalibrationCompletion completion);
     void cancelCalibration();
     bool isMeasuringCalibration() const { return calibrationCollector_.has_value(); }
     void setCalibrating(bool active);
@@ -92,8 +99,7 @@ signals:
 private:
     struct ObservedGroup;
 
-    template <typename... Signals>
-    void observe(std::function<void()> apply, Signals... changes);
+    template <typename... Signals> void observe(std::function<void()> apply, Signals... changes);
     void schedule(const std::shared_ptr<ObservedGroup>& group);
 
     void applyMeasurementSettings();
@@ -105,6 +111,7 @@ private:
     std::unique_ptr<AppSettings> settings_;
     std::unique_ptr<AudioInput> audio_;
     std::unique_ptr<MeterModel> meter_;
+    std::unique_ptr<QLabClient> qlab_;
     std::optional<QString> errorMessage_;
     bool hasStarted_ = false;
     std::optional<FrequencyWeighting> appliedWeighting_;

@@ -1,4 +1,6 @@
 // The central model: modes, start-up, settings groups applied once per turn, calibration.
+#include <algorithm>
+
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -26,8 +28,8 @@ private:
         auto fake = std::make_unique<FakeCaptureBackend>();
         fake->devices = {testsupport::device("mic", "Measurement Mic", 2)};
         backend = fake.get();
-        return std::make_unique<AppModel>(mode, std::make_unique<AppSettings>(*store),
-                                          std::move(fake));
+        return std::make_unique<AppModel>(
+            mode, std::make_unique<AppSettings>(*store), std::move(fake));
     }
 
     static MeasurementInterval interval(double level)
@@ -43,17 +45,23 @@ private:
         return value;
     }
 
-    static void settle() { QCoreApplication::processEvents(); QCoreApplication::processEvents(); }
+    static void settle()
+    {
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+    }
 
 private slots:
     void theTestHostKeyWinsOverTheDemoArgument()
     {
         QProcessEnvironment environment;
         environment.insert("XCTestConfigurationFilePath", "/tmp/x");
-        QCOMPARE(AppModel::currentMode({"ostrel-live", "-demo"}, environment), AppModel::Mode::inert);
+        QCOMPARE(
+            AppModel::currentMode({"ostrel-live", "-demo"}, environment), AppModel::Mode::inert);
         QCOMPARE(AppModel::currentMode({"ostrel-live", "-demo"}, QProcessEnvironment()),
-                 AppModel::Mode::demo);
-        QCOMPARE(AppModel::currentMode({"ostrel-live"}, QProcessEnvironment()), AppModel::Mode::live);
+            AppModel::Mode::demo);
+        QCOMPARE(
+            AppModel::currentMode({"ostrel-live"}, QProcessEnvironment()), AppModel::Mode::live);
     }
 
     void anArgumentThatOnlyContainsTheDemoFlagIsNotDemo()
@@ -108,7 +116,8 @@ private slots:
         model->settings().setWeighting(FrequencyWeighting::c);
         settle();
         QVERIFY(model->meter().statistics().isEmpty());
-        QCOMPARE(model->audio().pipeline()->snapshot().processor.weighting(), FrequencyWeighting::c);
+        QCOMPARE(
+            model->audio().pipeline()->snapshot().processor.weighting(), FrequencyWeighting::c);
     }
 
     void removingTheMicrophoneCorrectionResetsStatistics()
@@ -170,7 +179,7 @@ private slots:
         }
         QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), 5000);
         QVERIFY2(fractions.size() >= 35 && fractions.size() <= 55,
-                 qPrintable(QString::number(fractions.size())));
+            qPrintable(QString::number(fractions.size())));
         QCOMPARE(fractions.back(), 1.0);
         QVERIFY(std::is_sorted(fractions.begin(), fractions.end()));
         QVERIFY(outcome->has_value());
@@ -184,8 +193,8 @@ private slots:
         auto model = make(AppModel::Mode::inert);
         model->start();
         std::optional<std::optional<CalibrationResult>> outcome;
-        model->measureCalibration(5.0, nullptr,
-                                  [&](std::optional<CalibrationResult> result) { outcome = result; });
+        model->measureCalibration(
+            5.0, nullptr, [&](std::optional<CalibrationResult> result) { outcome = result; });
         model->cancelCalibration();
         QVERIFY(outcome.has_value());
         QCOMPARE((*outcome)->kind, CalibrationResult::Kind::noSignal);
@@ -230,10 +239,53 @@ private slots:
         auto model = make(AppModel::Mode::live);
         QTRY_COMPARE(model->audio().status(), AudioInput::Status::running);
         std::vector<float> frames(2 * 4800, 0.1f);
-        AudioBufferView view{reinterpret_cast<const std::byte*>(frames.data()), 4800, 2,
-                             AudioBufferView::SampleFormat::float32};
+        AudioBufferView view {reinterpret_cast<const std::byte*>(frames.data()), 4800, 2,
+            AudioBufferView::SampleFormat::float32};
         backend->tap(view);
         QTRY_VERIFY(model->meter().level().has_value());
+    }
+
+    void startingAgainAddsNoSecondSetOfObservers()
+    {
+        auto model = make(AppModel::Mode::inert);
+        model->start();
+        model->start();
+        model->start();
+        QCOMPARE(model->measurementApplyCount(), 1);
+        model->settings().setWeighting(FrequencyWeighting::z);
+        settle();
+        QCOMPARE(model->measurementApplyCount(), 2);
+    }
+
+    void aFiveSecondCalibrationReportsAboutFiftyTimesEndingAtExactlyOne()
+    {
+        auto model = make(AppModel::Mode::inert);
+        model->start();
+        std::vector<double> fractions;
+        bool finished = false;
+        model->measureCalibration(
+            5.0, [&](double fraction) { fractions.push_back(fraction); },
+            [&](std::optional<CalibrationResult>) { finished = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(finished, 10000);
+        // A tick that comes late is not made up, so a busy machine may report a few times less.
+        QVERIFY2(fractions.size() >= 40 && fractions.size() <= 51,
+            qPrintable(QString::number(fractions.size())));
+        QCOMPARE(fractions.back(), 1.0);
+        QVERIFY(std::all_of(fractions.begin(), fractions.end() - 1,
+            [](double fraction) { return fraction < 1.0; }));
+    }
+
+    void quittingWithoutASessionLeavesTheErrorMessageAlone()
+    {
+        auto model = make(AppModel::Mode::live);
+        QTRY_VERIFY(model->hasStarted());
+        QSignalSpy spy(model.get(), &AppModel::errorMessageChanged);
+        model->applicationWillTerminate();
+        QVERIFY(!model->hasError());
+        model->setErrorMessage(QString("The disk is full."));
+        model->applicationWillTerminate();
+        QCOMPARE(model->errorMessage(), QString("The disk is full."));
+        QCOMPARE(spy.count(), 1);
     }
 
     void anErrorMessageIsClearedByDismissal()

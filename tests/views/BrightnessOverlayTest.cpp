@@ -1,3 +1,4 @@
+#include <QKeySequence>
 #include <QSignalSpy>
 
 #include "StationFixture.h"
@@ -74,6 +75,15 @@ TEST_F(BrightnessOverlayTest, HelpTextNamesTheShortcutsAsThisPlatformWritesThem)
     BrightnessOverlay overlay;
     EXPECT_EQ(overlay.helpText(), "Screen brightness (Ctrl+Alt+Up / Ctrl+Alt+Down)");
     EXPECT_EQ(overlay.accessibleName(), "Screen brightness");
+}
+
+TEST_F(BrightnessOverlayTest, ShortcutsAreCtrlAltUpAndDown)
+{
+    BrightnessOverlay overlay;
+    EXPECT_EQ(QKeySequence(overlay.brighterSequence(), QKeySequence::PortableText),
+        QKeySequence(QKeyCombination(Qt::ControlModifier | Qt::AltModifier, Qt::Key_Up)));
+    EXPECT_EQ(QKeySequence(overlay.dimmerSequence(), QKeySequence::PortableText),
+        QKeySequence(QKeyCombination(Qt::ControlModifier | Qt::AltModifier, Qt::Key_Down)));
 }
 
 TEST_F(BrightnessOverlayTest, FollowsTheSettingAndNotifiesOncePerChange)

@@ -1,3 +1,4 @@
+#include <QFontMetricsF>
 #include <QSignalSpy>
 
 #include "StationFixture.h"
@@ -112,4 +113,52 @@ TEST_F(LevelReadoutModelTest, NotifiesOnlyWhenTheTextChanges)
     EXPECT_EQ(tone.count(), 1);
     feed(*model, 70.01, 0.1);
     EXPECT_EQ(number.count(), 1);
+}
+
+TEST_F(LevelReadoutModelTest, EveryDigitOfTheNumberTakesTheSameWidth)
+{
+    QFont font;
+    font.setPixelSize(132);
+    font.setWeight(QFont::Light);
+    const QFontMetricsF metrics(font);
+    double widest = 0.0;
+    for (const char* digit : {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"})
+        widest = std::max(widest, metrics.horizontalAdvance(QString::fromLatin1(digit)));
+    ASSERT_GT(widest, 0.0);
+    EXPECT_DOUBLE_EQ(LevelReadoutModel::digitWidth(font), widest);
+
+    readout.setNumberFont(font);
+    feed(*model, 71.14, 0.1);
+    ASSERT_EQ(readout.numberText(), "71.1");
+    const auto& cells = readout.cellList();
+    ASSERT_EQ(cells.size(), 4u);
+    EXPECT_EQ(cells[0].text + cells[1].text + cells[2].text + cells[3].text, "71.1");
+    for (std::size_t digit : {0u, 1u, 3u})
+        EXPECT_DOUBLE_EQ(cells[digit].width, widest) << digit;
+    // The decimal point keeps its own width, so the number doesn't gape.
+    EXPECT_DOUBLE_EQ(cells[2].width, metrics.horizontalAdvance(QStringLiteral(".")));
+    EXPECT_EQ(readout.numberCells().size(), 4);
+
+    // Whatever the digits, the number takes the same room.
+    const auto widthOf = [](const std::vector<LevelReadoutModel::Cell>& list) {
+        double sum = 0.0;
+        for (const auto& cell : list)
+            sum += cell.width;
+        return sum;
+    };
+    const double before = widthOf(readout.cellList());
+    feed(*model, 88.8, 0.1);
+    ASSERT_EQ(readout.numberText(), "88.8");
+    EXPECT_DOUBLE_EQ(widthOf(readout.cellList()), before);
+}
+
+TEST_F(LevelReadoutModelTest, TheNoSignalGlyphIsOneCell)
+{
+    QFont font;
+    font.setPixelSize(40);
+    readout.setNumberFont(font);
+    ASSERT_EQ(readout.cellList().size(), 1u);
+    EXPECT_EQ(readout.cellList()[0].text, QString::fromUtf16(u"\u2014"));
+    EXPECT_DOUBLE_EQ(readout.cellList()[0].width,
+        QFontMetricsF(font).horizontalAdvance(QString::fromUtf16(u"\u2014")));
 }

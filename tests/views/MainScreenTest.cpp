@@ -14,6 +14,7 @@
 #include <memory>
 #include <set>
 
+#include "FakeCaptureBackend.h"
 #include "app/SampleContent.h"
 #include "app/SilentCaptureBackend.h"
 #include "model/AppModel.h"
@@ -22,6 +23,7 @@
 
 Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_QLabPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
 
 using namespace ostrel;
@@ -33,11 +35,12 @@ struct Station {
     std::unique_ptr<QSettings> store;
     std::unique_ptr<AppModel> model;
 
-    explicit Station(AppModel::Mode mode, AppearanceMode appearance)
+    explicit Station(AppModel::Mode mode, AppearanceMode appearance,
+        std::unique_ptr<AudioCaptureBackend> backend = std::make_unique<SilentCaptureBackend>())
     {
         store = std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat);
         model = std::make_unique<AppModel>(
-            mode, std::make_unique<AppSettings>(*store), std::make_unique<SilentCaptureBackend>());
+            mode, std::make_unique<AppSettings>(*store), std::move(backend));
         model->settings().setAppearance(appearance);
         model->settings().setCalibrationDate(std::chrono::system_clock::now());
     }
@@ -58,6 +61,13 @@ struct Screen {
     {
         return view.rootObject() ? view.rootObject()->findChild<QQuickItem*>(QLatin1String(name))
                                  : nullptr;
+    }
+
+    // Where the item's top edge lies in the window.
+    double sceneY(const char* name) const
+    {
+        const QQuickItem* found = item(name);
+        return found ? found->mapToScene(QPointF(0, 0)).y() : -1.0;
     }
 
     QRect rectOf(const char* name) const
@@ -206,6 +216,16 @@ private slots:
         const QRect footerArea = screen.rectOf("statisticsFooter");
         QVERIFY(contrastingPixels(image, footerArea) > 50);
         QCOMPARE(screen.item("noticeView")->isVisible(), false);
+
+        // The QLab status line stands in the top right corner.
+        QQuickItem* qlabStatus = screen.item("statusText");
+        QVERIFY(qlabStatus);
+        QCOMPARE(qlabStatus->property("text").toString(), QStringLiteral("QLab Connected"));
+        const QRect statusArea = screen.rectOf("qlabStatus");
+        QVERIFY(!statusArea.isEmpty());
+        QVERIFY(statusArea.left() > size.width() / 2);
+        QVERIFY(statusArea.bottom() < size.height() / 4);
+        QVERIFY2(contrastingPixels(image, statusArea) > 20, "the QLab status is not drawn");
     }
 
     void dimmingDarkensTheWholeWindow()
@@ -239,6 +259,72 @@ private slots:
         QVERIFY(!screen.item("levelReadout")->isVisible());
         QVERIFY(screen.item("statisticsFooter")->isVisible());
         QVERIFY(contrastingPixels(image, screen.rectOf("noticeMessage")) > 100);
+    }
+
+    void aDeniedMicrophoneReplacesTheReadoutWithTheNoticeAndKeepsTheFooter()
+    {
+        auto backend = std::make_unique<testsupport::FakeCaptureBackend>();
+        backend->devices = {testsupport::device("mic", "Measurement Mic", 2)};
+        backend->permission = false;
+        Station station(AppModel::Mode::live, AppearanceMode::light, std::move(backend));
+        Screen screen(*station.model);
+        QTRY_COMPARE(station.model->audio().status(), AudioInput::Status::permissionDenied);
+        const QImage image = render(screen, QSize(560, 720));
+        QVERIFY(save(image, QStringLiteral("main-screen-denied.png")));
+
+        QVERIFY(screen.item("noticeView")->isVisible());
+        QCOMPARE(screen.item("noticeMessage")->property("text").toString(),
+            QStringLiteral("Ostrel Live needs access to your microphone to measure sound level."));
+        QCOMPARE(screen.item("noticeAction")->property("text").toString(),
+            QStringLiteral("Open Sound Settings"));
+        QVERIFY(!screen.item("levelReadout")->isVisible());
+        QVERIFY(!screen.item("readoutColumn")->isVisible());
+        QVERIFY(screen.item("statisticsFooter")->isVisible());
+        QVERIFY(contrastingPixels(image, screen.rectOf("noticeMessage")) > 100);
+    }
+
+    void withoutTheGraphTheFreeSpaceGoesAboveAndBelowTheReadout()
+    {
+        Station station(AppModel::Mode::inert, AppearanceMode::dark);
+        SampleContent::feed(*station.model, std::chrono::system_clock::now());
+        Screen screen(*station.model);
+        const QSize size(560, 720);
+        render(screen, size);
+        auto* layout = qobject_cast<MonitorLayout*>(
+            screen.item("monitorView")->property("layout").value<QObject*>());
+        QVERIFY(layout);
+
+        // From the row above (mic alerts, empty so far) down to the readout, and from the
+        // readout to what follows it: the graph row, or without it the footer's spacing.
+        const auto gaps = [&screen, layout] {
+            const double readoutTop = screen.sceneY("readoutColumn");
+            const double readoutBottom = readoutTop + screen.item("readoutColumn")->height();
+            const double next = screen.item("graphRow")->isVisible()
+                ? screen.sceneY("graphRow")
+                : screen.sceneY("statisticsFooter") - layout->footerSpacing();
+            return std::pair {readoutTop - screen.sceneY("micAlertsPlace"), next - readoutBottom};
+        };
+        const double footerWithGraph = screen.sceneY("statisticsFooter");
+        const auto [aboveWithGraph, belowWithGraph] = gaps();
+        QVERIFY2(std::abs(aboveWithGraph - belowWithGraph) <= 1.0,
+            qPrintable(QStringLiteral("%1 / %2").arg(aboveWithGraph).arg(belowWithGraph)));
+
+        station.model->settings().setShowModeShowsGraph(false);
+        render(screen, size);
+        QVERIFY(!screen.item("graphRow")->isVisible());
+        const auto [above, below] = gaps();
+        QVERIFY2(std::abs(above - below) <= 1.0,
+            qPrintable(QStringLiteral("%1 / %2").arg(above).arg(below)));
+        // The footer stays at the bottom; the two spaces share the graph row's room.
+        QCOMPARE(screen.sceneY("statisticsFooter"), footerWithGraph);
+        QVERIFY2(
+            std::abs((above + below) - (aboveWithGraph + belowWithGraph) - layout->graphRowHeight())
+                <= 1.0,
+            qPrintable(QStringLiteral("%1 + %2 -> %3 + %4")
+                           .arg(aboveWithGraph)
+                           .arg(belowWithGraph)
+                           .arg(above)
+                           .arg(below)));
     }
 
     void dismissingTheAlertClearsTheError()

@@ -66,7 +66,7 @@ TEST(Theme, ColoursByRoleFollowTheAppearance)
     Theme theme;
     QSignalSpy changes(&theme, &Theme::darkChanged);
     const auto light = theme.colors();
-    ASSERT_EQ(light.size(), 8);
+    ASSERT_EQ(light.size(), static_cast<int>(Theme::Role::yellow) + 1);
     EXPECT_EQ(
         light[static_cast<int>(Theme::Role::orange)], Theme::color(Theme::Role::orange, false));
     theme.setDark(true);

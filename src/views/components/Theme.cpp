@@ -24,13 +24,15 @@ QColor Theme::color(Role role, bool dark)
         return dark ? QColor(255, 69, 58) : QColor(255, 59, 48);
     case Role::green:
         return dark ? QColor(48, 209, 88) : QColor(40, 205, 65);
+    case Role::yellow:
+        return dark ? QColor(255, 214, 10) : QColor(255, 204, 0);
     }
     return dark ? QColor(Qt::white) : QColor(Qt::black);
 }
 
 QColor Theme::color(int role) const
 {
-    if (role < static_cast<int>(Role::primary) || role > static_cast<int>(Role::green))
+    if (role < static_cast<int>(Role::primary) || role > static_cast<int>(Role::yellow))
         return primary();
     return color(static_cast<Role>(role), dark_);
 }
@@ -38,7 +40,7 @@ QColor Theme::color(int role) const
 QList<QColor> Theme::colors() const
 {
     QList<QColor> list;
-    for (int role = static_cast<int>(Role::primary); role <= static_cast<int>(Role::green); ++role)
+    for (int role = static_cast<int>(Role::primary); role <= static_cast<int>(Role::yellow); ++role)
         list.append(color(static_cast<Role>(role), dark_));
     return list;
 }

@@ -3,7 +3,8 @@ import QtQuick.Layouts
 import Ostrel.Components
 import Ostrel.Level
 
-// The large number, its unit, the peak and the meter description, all sized by `numberSize`.
+// The large number, its unit, the peak and the meter description, all sized by `numberSize`,
+// with padding all round.
 Item {
     id: root
 
@@ -11,8 +12,8 @@ Item {
     property real numberSize: 132
     readonly property LevelReadoutModel readout: readoutModel
 
-    implicitWidth: column.implicitWidth
-    implicitHeight: column.implicitHeight
+    implicitWidth: column.implicitWidth + 2 * readoutModel.padding
+    implicitHeight: column.implicitHeight + 2 * readoutModel.padding
 
     LevelReadoutModel {
         id: readoutModel
@@ -27,7 +28,6 @@ Item {
 
         LevelNumber {
             Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: readoutModel.padding
             readout: readoutModel
         }
         Text {
@@ -45,7 +45,6 @@ Item {
         MeterDescription {
             Layout.alignment: Qt.AlignHCenter
             Layout.topMargin: readoutModel.padding
-            Layout.bottomMargin: readoutModel.padding
             appModel: root.appModel
             size: readoutModel.descriptionSize
         }

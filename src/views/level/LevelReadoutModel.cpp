@@ -1,5 +1,7 @@
 #include "views/level/LevelReadoutModel.h"
 
+#include <QFontMetricsF>
+#include <QVariantMap>
 #include <algorithm>
 #include <string_view>
 
@@ -66,6 +68,56 @@ QString LevelReadoutModel::accessibleValue(
         + fromView(LevelRanges::title(range));
 }
 
+double LevelReadoutModel::digitWidth(const QFont& font)
+{
+    const QFontMetricsF metrics(font);
+    double widest = 0.0;
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
+        widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
+    return widest;
+}
+
+std::vector<LevelReadoutModel::Cell> LevelReadoutModel::cells(
+    const QString& text, const QFont& font)
+{
+    const QFontMetricsF metrics(font);
+    const double digit = digitWidth(font);
+    std::vector<Cell> result;
+    result.reserve(static_cast<std::size_t>(text.size()));
+    for (const QChar character : text) {
+        // Another script's digit wider than the ASCII ones keeps its own width, never overlaps.
+        const double width = character.isDigit()
+            ? std::max(digit, metrics.horizontalAdvance(character))
+            : metrics.horizontalAdvance(character);
+        result.push_back({QString(character), width});
+    }
+    return result;
+}
+
+void LevelReadoutModel::setNumberFont(const QFont& value)
+{
+    if (value == numberFont_) return;
+    numberFont_ = value;
+    emit numberFontChanged();
+    updateCells();
+}
+
+QVariantList LevelReadoutModel::numberCells() const
+{
+    QVariantList list;
+    for (const auto& cell : cells_)
+        list.append(QVariantMap {{"text", cell.text}, {"width", cell.width}});
+    return list;
+}
+
+void LevelReadoutModel::updateCells()
+{
+    auto next = cells(numberText_, numberFont_);
+    if (next == cells_) return;
+    cells_ = std::move(next);
+    emit numberCellsChanged();
+}
+
 void LevelReadoutModel::setNumberSize(double value)
 {
     if (value == numberSize_) return;
@@ -130,6 +182,7 @@ void LevelReadoutModel::setNumberText(const QString& value)
     if (value == numberText_) return;
     numberText_ = value;
     emit numberTextChanged();
+    updateCells();
 }
 
 void LevelReadoutModel::setTone(Tone value)

@@ -4,8 +4,11 @@
 // tone by range, and the words a screen reader says for both. Sizes of the readout's parts
 // follow its number size.
 #include <optional>
+#include <vector>
 
+#include <QFont>
 #include <QString>
+#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 #include "measurement/LevelRange.h"
@@ -19,6 +22,8 @@ class LevelReadoutModel : public ostrel::ViewModel {
     QML_ELEMENT
     Q_PROPERTY(double numberSize READ numberSize WRITE setNumberSize NOTIFY numberSizeChanged)
     Q_PROPERTY(QString numberText READ numberText NOTIFY numberTextChanged)
+    Q_PROPERTY(QFont numberFont READ numberFont WRITE setNumberFont NOTIFY numberFontChanged)
+    Q_PROPERTY(QVariantList numberCells READ numberCells NOTIFY numberCellsChanged)
     Q_PROPERTY(Tone tone READ tone NOTIFY toneChanged)
     Q_PROPERTY(int colorRole READ colorRole NOTIFY toneChanged)
     Q_PROPERTY(double numberOpacity READ numberOpacity NOTIFY toneChanged)
@@ -41,6 +46,14 @@ public:
     enum class Tone { normal, elevated, high, noSignal };
     Q_ENUM(Tone)
 
+    // One character of the number in a box of its own width; every digit gets the widest
+    // digit's, so that a number changing ten times a second doesn't jitter sideways.
+    struct Cell {
+        QString text;
+        double width = 0.0;
+        bool operator==(const Cell&) const = default;
+    };
+
     explicit LevelReadoutModel(QObject* parent = nullptr);
 
     // With no level yet the number is in its no-signal form too.
@@ -50,10 +63,16 @@ public:
         std::optional<double> level, bool hasSignal, const QLocale& locale = QLocale());
     static QString accessibleValue(std::optional<double> level, bool hasSignal, LevelRange range,
         const QLocale& locale = QLocale());
+    static double digitWidth(const QFont& font);
+    static std::vector<Cell> cells(const QString& text, const QFont& font);
 
     double numberSize() const { return numberSize_; }
     void setNumberSize(double value);
     QString numberText() const { return numberText_; }
+    QFont numberFont() const { return numberFont_; }
+    void setNumberFont(const QFont& value);
+    QVariantList numberCells() const;
+    const std::vector<Cell>& cellList() const { return cells_; }
     Tone tone() const { return tone_; }
     int colorRole() const { return static_cast<int>(colorRole(tone_)); }
     double numberOpacity() const { return tone_ == Tone::noSignal ? 0.4 : 1.0; }
@@ -74,6 +93,8 @@ public:
 signals:
     void numberSizeChanged();
     void numberTextChanged();
+    void numberFontChanged();
+    void numberCellsChanged();
     void toneChanged();
     void peakCaptionChanged();
     void peakTextChanged();
@@ -86,6 +107,7 @@ protected:
 
 private:
     void setNumberText(const QString& value);
+    void updateCells();
     void setTone(Tone value);
     void setPeakCaption(const QString& value);
     void setPeakText(const QString& value);
@@ -94,6 +116,8 @@ private:
 
     double numberSize_ = 132.0;
     QString numberText_;
+    QFont numberFont_;
+    std::vector<Cell> cells_;
     Tone tone_ = Tone::noSignal;
     QString peakCaption_;
     QString peakText_;

@@ -58,6 +58,16 @@ QString BrightnessOverlay::dimmerShortcut() const
     return dimmerKeys().toString(QKeySequence::NativeText);
 }
 
+QString BrightnessOverlay::brighterSequence() const
+{
+    return brighterKeys().toString(QKeySequence::PortableText);
+}
+
+QString BrightnessOverlay::dimmerSequence() const
+{
+    return dimmerKeys().toString(QKeySequence::PortableText);
+}
+
 void BrightnessOverlay::brighter()
 {
     if (canBrighten()) setBrightness(brightness_ + step);

@@ -25,6 +25,8 @@ class BrightnessOverlay : public ostrel::ViewModel {
     Q_PROPERTY(QString helpText READ helpText CONSTANT)
     Q_PROPERTY(QString brighterShortcut READ brighterShortcut CONSTANT)
     Q_PROPERTY(QString dimmerShortcut READ dimmerShortcut CONSTANT)
+    Q_PROPERTY(QString brighterSequence READ brighterSequence CONSTANT)
+    Q_PROPERTY(QString dimmerSequence READ dimmerSequence CONSTANT)
     Q_PROPERTY(QString dimmerSymbol READ dimmerSymbol CONSTANT)
     Q_PROPERTY(QString brighterSymbol READ brighterSymbol CONSTANT)
 
@@ -50,6 +52,9 @@ public:
     QString helpText() const;
     QString brighterShortcut() const;
     QString dimmerShortcut() const;
+    // The same keys in the form a Shortcut reads, whatever the language of the desktop.
+    QString brighterSequence() const;
+    QString dimmerSequence() const;
     QString dimmerSymbol() const { return QStringLiteral("sun.min"); }
     QString brighterSymbol() const { return QStringLiteral("sun.max"); }
 

@@ -74,12 +74,12 @@ Item {
     }
 
     Shortcut {
-        sequence: "Ctrl+Alt+Up"
+        sequence: brightnessModel.brighterSequence
         enabled: brightnessModel.canBrighten
         onActivated: brightnessModel.brighter()
     }
     Shortcut {
-        sequence: "Ctrl+Alt+Down"
+        sequence: brightnessModel.dimmerSequence
         enabled: brightnessModel.canDim
         onActivated: brightnessModel.dimmer()
     }

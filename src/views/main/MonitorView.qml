@@ -3,9 +3,10 @@ import QtQuick.Layouts
 import Ostrel.Components
 import Ostrel.Level
 import Ostrel.Main
+import Ostrel.QLab
 
 // The readings, laid out in one column that grows with the space it gets. Places of views that
-// join later (current cue, side column, mic alerts, feedback, spectrum, corners) stay empty.
+// join later (current cue, side column, mic alerts, feedback, spectrum, Dante corner) stay empty.
 Item {
     id: root
 
@@ -64,6 +65,7 @@ Item {
             appModel: root.appModel
         }
         ColumnLayout {
+            objectName: "readoutColumn"
             Layout.alignment: Qt.AlignHCenter
             visible: monitor.showsReadout
             spacing: layoutModel.readoutSpacing
@@ -90,6 +92,7 @@ Item {
         Item { Layout.fillHeight: true }
 
         RowLayout {
+            objectName: "graphRow"
             Layout.fillWidth: true
             Layout.preferredHeight: layoutModel.graphRowHeight
             Layout.maximumHeight: layoutModel.graphRowHeight
@@ -141,5 +144,14 @@ Item {
             appModel: root.appModel
             fontSize: layoutModel.footerFontSize
         }
+    }
+
+    QLabStatusView {
+        objectName: "qlabStatus"
+        anchors.top: parent.top
+        anchors.right: parent.right
+        anchors.topMargin: layoutModel.cornerTopPadding
+        anchors.rightMargin: layoutModel.cornerSidePadding
+        appModel: root.appModel
     }
 }

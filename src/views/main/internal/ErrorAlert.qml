@@ -13,6 +13,8 @@ Dialog {
     parent: Overlay.overlay
     anchors.centerIn: parent
     modal: true
+    // Only OK (or Escape) dismisses: a stray click in the dark must not lose an unread error.
+    closePolicy: Popup.CloseOnEscape
     contentWidth: 320
     title: content.errorTitle
     visible: content.showsError

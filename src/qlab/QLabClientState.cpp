@@ -1,0 +1,51 @@
+#include "qlab/QLabClientState.h"
+
+namespace ostrel::QLabClientStates {
+
+std::string_view rawValue(QLabClientState state) noexcept
+{
+    switch (state) {
+    case QLabClientState::off:
+        return "off";
+    case QLabClientState::connecting:
+        return "connecting";
+    case QLabClientState::connected:
+        return "connected";
+    case QLabClientState::noWorkspace:
+        return "noWorkspace";
+    case QLabClientState::passcodeRequired:
+        return "passcodeRequired";
+    case QLabClientState::disconnected:
+        return "disconnected";
+    }
+    return "disconnected";
+}
+
+std::optional<QLabClientState> fromRawValue(std::string_view raw) noexcept
+{
+    for (auto state : all) {
+        if (rawValue(state) == raw) return state;
+    }
+    return std::nullopt;
+}
+
+std::string_view title(QLabClientState state) noexcept
+{
+    switch (state) {
+    case QLabClientState::off:
+        return "Off";
+    case QLabClientState::connecting:
+        return "Connecting…";
+    case QLabClientState::connected:
+        return "Connected";
+    case QLabClientState::noWorkspace:
+        return "No Workspace Open";
+    case QLabClientState::passcodeRequired:
+        return "Passcode Required";
+    case QLabClientState::disconnected:
+        return "Not Connected";
+    }
+    return "Not Connected";
+}
+
+} // namespace ostrel::QLabClientStates
