@@ -43,7 +43,8 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
 
     calibrationTimer_.setSingleShot(false);
     connect(&calibrationTimer_, &QTimer::timeout, this, [this] {
-        const double elapsed = secondsBetween(calibrationStart_, std::chrono::system_clock::now());
+        // A monotonic clock: a wall-clock step mid-measurement must not shorten or stretch it.
+        const double elapsed = static_cast<double>(calibrationStart_.elapsed()) / 1000.0;
         const double fraction = std::min(elapsed / calibrationDuration_, 1.0);
         if (calibrationProgress_) calibrationProgress_(fraction);
         if (elapsed >= calibrationDuration_) finishCalibration();
@@ -171,7 +172,7 @@ void AppModel::measureCalibration(
 {
     if (calibrationCollector_) cancelCalibration();
     calibrationCollector_.emplace();
-    calibrationStart_ = std::chrono::system_clock::now();
+    calibrationStart_.start();
     calibrationDuration_ = std::max(duration, 0.0);
     calibrationProgress_ = std::move(progress);
     calibrationCompletion_ = std::move(completion);

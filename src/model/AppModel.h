@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QProcessEnvironment>
@@ -119,7 +120,7 @@ private:
     std::optional<CalibrationCollector> calibrationCollector_;
     QTimer calibrationTimer_;
     int calibrationTick_ = calibrationTickMs;
-    Date calibrationStart_;
+    QElapsedTimer calibrationStart_;
     double calibrationDuration_ = 0.0;
     CalibrationProgress calibrationProgress_;
     CalibrationCompletion calibrationCompletion_;

@@ -140,7 +140,7 @@ void QLabClient::connectionReady(QTcpSocket* socket)
     // Requests are small and each answer waits on one: Nagle's delay would only slow them.
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     decoder_.reset();
-    lastMessageDate_ = clock_();
+    sinceLastMessage_.start();
     send(QLabProtocol::workspaces());
     heartbeatTimer_.start();
 }
@@ -217,7 +217,7 @@ void QLabClient::handle(const OSCMessage& message)
 {
     const Date now = clock_();
     // Even a message nobody reads is a sign of life.
-    lastMessageDate_ = now;
+    sinceLastMessage_.start();
     auto parsed = QLabProtocol::parse(message, now);
     if (!parsed) return;
 
@@ -452,7 +452,8 @@ void QLabClient::poll()
 
 void QLabClient::heartbeat()
 {
-    if (secondsBetween(lastMessageDate_, clock_()) * 1000.0 > timings_.silenceLimitMs) {
+    // Measured on a monotonic clock, so that a step of the wall clock is not taken for silence.
+    if (!sinceLastMessage_.isValid() || sinceLastMessage_.elapsed() > timings_.silenceLimitMs) {
         connectionLost();
         return;
     }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
 #include <QPointer>
@@ -125,7 +126,7 @@ private:
     QPointer<QTcpSocket> connection_;
     SLIPDecoder decoder_;
     std::optional<QString> workspaceID_;
-    Date lastMessageDate_ = distantPast;
+    QElapsedTimer sinceLastMessage_; // since the last OSC message, or the connection's start
     QHash<QString, Date> firstSeen_;
     std::vector<QLabCue> rawCues_;
     QHash<QString, QLabCue> knownCues_;

@@ -1,0 +1,202 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "model/sessions/RecordingFormat.h"
+#include "model/sessions/RecordingFrames.h"
+#include "sessions/SessionSamples.h"
+
+using namespace ostrel;
+using namespace ostrel::sessions_test;
+
+namespace {
+
+struct Times {
+    double audio;
+    double wall;
+};
+
+QByteArray fileBytes(const std::vector<Times>& times)
+{
+    QByteArray bytes = RecordingFormat::header();
+    for (const Times& time : times) {
+        MeasurementInterval withSpectrum = interval(80.0);
+        withSpectrum.spectrum.emplace().bandLevels.fill(55.5);
+        bytes += RecordingFormat::encode(RecordedFrame {time.audio, time.wall, withSpectrum});
+    }
+    return bytes;
+}
+
+RecordingFrames frames(const std::vector<Times>& times)
+{
+    auto result = RecordingFrames::fromBytes(fileBytes(times));
+    EXPECT_TRUE(result.has_value());
+    return std::move(*result);
+}
+
+bool write(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+const std::vector<Times> steady {{0.1, 0.12}, {0.2, 0.21}, {0.3, 0.33}, {0.4, 0.41}};
+
+} // namespace
+
+TEST(RecordingFrames, HeaderOnlyFileHasNoFramesNoDurationAndFindsNothing)
+{
+    const RecordingFrames empty = frames({});
+    EXPECT_EQ(empty.count(), 0);
+    EXPECT_EQ(empty.duration(), 0.0);
+    EXPECT_FALSE(empty.lastIndexAtOrBefore(0.0).has_value());
+    EXPECT_FALSE(empty.lastIndexAtOrBefore(1e9).has_value());
+    EXPECT_FALSE(empty.firstIndexAtOrAfterWallTime(-1e9).has_value());
+    EXPECT_FALSE(empty.firstIndexAtOrAfterWallTime(0.0).has_value());
+    EXPECT_FALSE(empty.frame(0, true).has_value());
+}
+
+TEST(RecordingFrames, ShortOrForeignFilesAreRefused)
+{
+    EXPECT_FALSE(RecordingFrames::fromBytes(RecordingFormat::header().left(31)).has_value());
+    QByteArray otherBands = fileBytes(steady);
+    otherBands[16] = 30;
+    EXPECT_FALSE(RecordingFrames::fromBytes(otherBands).has_value());
+}
+
+TEST(RecordingFrames, FilesOf31BytesOrAnotherBandCountFailToOpen)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString shortFile = temporary.filePath("short.ostrel");
+    ASSERT_TRUE(write(shortFile, RecordingFormat::header().left(31)));
+    EXPECT_FALSE(RecordingFrames::open(shortFile).has_value());
+
+    QByteArray otherBands = fileBytes(steady);
+    otherBands[16] = 30;
+    const QString foreignFile = temporary.filePath("foreign.ostrel");
+    ASSERT_TRUE(write(foreignFile, otherBands));
+    EXPECT_FALSE(RecordingFrames::open(foreignFile).has_value());
+
+    const QString emptyFile = temporary.filePath("empty.ostrel");
+    ASSERT_TRUE(write(emptyFile, {}));
+    EXPECT_FALSE(RecordingFrames::open(emptyFile).has_value());
+    EXPECT_FALSE(RecordingFrames::open(temporary.filePath("missing.ostrel")).has_value());
+}
+
+TEST(RecordingFrames, MappedFileReadsItsFrames)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString path = temporary.filePath(RecordingFormat::framesFileName);
+    ASSERT_TRUE(write(path, fileBytes(steady)));
+
+    auto opened = RecordingFrames::open(path);
+    ASSERT_TRUE(opened.has_value());
+    // A copy outlives the original and still reads the mapped bytes.
+    const RecordingFrames copy = *opened;
+    opened.reset();
+
+    EXPECT_EQ(copy.count(), 4);
+    EXPECT_EQ(copy.duration(), 0.4);
+    EXPECT_EQ(copy.lastIndexAtOrBefore(0.25), 1);
+    const auto frame = copy.frame(2, true);
+    ASSERT_TRUE(frame.has_value());
+    EXPECT_EQ(frame->audioTime, 0.3);
+    EXPECT_EQ(frame->wallTime, 0.33);
+    ASSERT_TRUE(frame->interval.spectrum.has_value());
+    EXPECT_EQ(frame->interval.spectrum->bandLevels[30], 55.5);
+}
+
+TEST(RecordingFrames, LastFrameCutShortIsIgnored)
+{
+    QByteArray bytes = fileBytes(steady);
+    bytes.chop(1);
+    const auto cut = RecordingFrames::fromBytes(bytes);
+    ASSERT_TRUE(cut.has_value());
+    EXPECT_EQ(cut->count(), 3);
+    EXPECT_EQ(cut->duration(), 0.3);
+    EXPECT_EQ(cut->lastIndexAtOrBefore(10.0), 2);
+    EXPECT_FALSE(cut->frame(3, false).has_value());
+    EXPECT_FALSE(cut->audioTime(3).has_value());
+}
+
+TEST(RecordingFrames, FramesAndTimesAreReadByIndex)
+{
+    const RecordingFrames recording = frames(steady);
+    EXPECT_EQ(recording.count(), 4);
+    EXPECT_EQ(recording.audioTime(0), 0.1);
+    EXPECT_EQ(recording.wallTime(3), 0.41);
+    EXPECT_FALSE(recording.audioTime(-1).has_value());
+    EXPECT_FALSE(recording.wallTime(4).has_value());
+
+    const auto withSpectrum = recording.frame(1, true);
+    const auto without = recording.frame(1, false);
+    ASSERT_TRUE(withSpectrum && without);
+    EXPECT_TRUE(withSpectrum->interval.spectrum.has_value());
+    EXPECT_FALSE(without->interval.spectrum.has_value());
+    EXPECT_EQ(without->audioTime, 0.2);
+    EXPECT_EQ(without->interval.sampleCount, 4800);
+}
+
+TEST(RecordingFrames, LastIndexBeforeTheFirstFrameIsNothing)
+{
+    const RecordingFrames recording = frames(steady);
+    EXPECT_FALSE(recording.lastIndexAtOrBefore(0.0).has_value());
+    EXPECT_FALSE(recording.lastIndexAtOrBefore(0.0999).has_value());
+}
+
+TEST(RecordingFrames, LastIndexAtAFramesTimeIsThatFrame)
+{
+    const RecordingFrames recording = frames(steady);
+    EXPECT_EQ(recording.lastIndexAtOrBefore(0.1), 0);
+    EXPECT_EQ(recording.lastIndexAtOrBefore(0.3), 2);
+    EXPECT_EQ(recording.lastIndexAtOrBefore(0.35), 2);
+    EXPECT_EQ(recording.lastIndexAtOrBefore(0.4), 3);
+    EXPECT_EQ(recording.lastIndexAtOrBefore(99.0), 3);
+}
+
+TEST(RecordingFrames, LastIndexOfEqualTimesIsTheLastOfThem)
+{
+    const RecordingFrames recording
+        = frames({{0.1, 0.1}, {0.2, 0.2}, {0.2, 0.3}, {0.2, 0.4}, {0.3, 0.5}});
+    EXPECT_EQ(recording.lastIndexAtOrBefore(0.2), 3);
+    EXPECT_EQ(recording.lastIndexAtOrBefore(0.25), 3);
+    EXPECT_EQ(recording.lastIndexAtOrBefore(0.19), 0);
+}
+
+TEST(RecordingFrames, FirstIndexAtOrAfterAWallTime)
+{
+    const RecordingFrames recording = frames(steady);
+    EXPECT_EQ(recording.firstIndexAtOrAfterWallTime(-5.0), 0);
+    EXPECT_EQ(recording.firstIndexAtOrAfterWallTime(0.12), 0);
+    EXPECT_EQ(recording.firstIndexAtOrAfterWallTime(0.13), 1);
+    EXPECT_EQ(recording.firstIndexAtOrAfterWallTime(0.33), 2);
+    EXPECT_EQ(recording.firstIndexAtOrAfterWallTime(0.41), 3);
+    EXPECT_FALSE(recording.firstIndexAtOrAfterWallTime(0.42).has_value());
+}
+
+TEST(RecordingFrames, FirstIndexOfEqualWallTimesIsTheFirstOfThem)
+{
+    const RecordingFrames recording = frames({{0.1, 1.0}, {0.2, 2.0}, {0.3, 2.0}, {0.4, 3.0}});
+    EXPECT_EQ(recording.firstIndexAtOrAfterWallTime(2.0), 1);
+    EXPECT_EQ(recording.firstIndexAtOrAfterWallTime(1.5), 1);
+}
+
+TEST(RecordingFrames, SearchesFindEveryFrameOfALongRecording)
+{
+    std::vector<Times> times;
+    for (int i = 1; i <= 1001; ++i)
+        times.push_back({i * 0.1, i * 0.1 + 0.004});
+    const RecordingFrames recording = frames(times);
+    EXPECT_DOUBLE_EQ(recording.duration(), 100.1);
+    for (qsizetype i = 0; i < recording.count(); ++i) {
+        const double audio = *recording.audioTime(i);
+        const double wall = *recording.wallTime(i);
+        ASSERT_EQ(recording.lastIndexAtOrBefore(audio), i);
+        ASSERT_EQ(recording.lastIndexAtOrBefore(audio + 0.05), i);
+        ASSERT_EQ(recording.firstIndexAtOrAfterWallTime(wall), i);
+        ASSERT_EQ(recording.firstIndexAtOrAfterWallTime(wall - 0.05), i);
+    }
+}

@@ -1,0 +1,224 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include "model/sessions/SessionArchive.h"
+#include "sessions/SessionSamples.h"
+
+using namespace ostrel;
+using namespace ostrel::sessions_test;
+
+namespace {
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    return file.readAll();
+}
+
+bool write(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+ShowSession sampleSession(const QString& name, Date start)
+{
+    ShowSession session(name, start, "A Fast");
+    session.end = addingSeconds(start, 60.0);
+    CueRecord record;
+    record.id = QUuid::createUuid();
+    record.cueID = "Q1";
+    record.number = "1";
+    record.name = "Doors";
+    record.type = "Audio";
+    record.start = addingSeconds(start, 1.0);
+    record.end = addingSeconds(start, 2.0);
+    session.cues.push_back(record);
+    session.levels.push_back({start, 70.0, 75.0});
+    return session;
+}
+
+} // namespace
+
+TEST(SessionArchive, FolderIsSessionsInTheApplicationDataFolder)
+{
+    EXPECT_TRUE(SessionArchive::folder().endsWith("/Sessions"));
+    EXPECT_EQ(SessionArchive::recordingFolder("2026-03-14T19-30-05", "/data/Sessions"),
+        "/data/Sessions/2026-03-14T19-30-05");
+}
+
+TEST(SessionArchive, BaseNameIsTheUtcSecondWithDashesForColons)
+{
+    EXPECT_EQ(SessionArchive::baseName(at(0.0)), "2026-03-14T19-30-05");
+    EXPECT_EQ(SessionArchive::baseName(at(0.749)), "2026-03-14T19-30-05"); // cut, not rounded
+    EXPECT_EQ(SessionArchive::baseName(at(4.75 + 3600 * 5)), "2026-03-15T00-30-10");
+}
+
+TEST(SessionArchive, DatesAreWrittenInUtcWithMillisecondsAndZ)
+{
+    EXPECT_EQ(SessionArchive::encodeDate(at(0.0)), "2026-03-14T19:30:05.250Z");
+    EXPECT_EQ(SessionArchive::encodeDate(at(-0.25)), "2026-03-14T19:30:05.000Z");
+}
+
+TEST(SessionArchive, DatesReadWithOrWithoutFractionalSeconds)
+{
+    EXPECT_EQ(SessionArchive::decodeDate("2026-03-14T19:30:05.250Z"), at(0.0));
+    EXPECT_EQ(SessionArchive::decodeDate("2026-03-14T19:30:05Z"), at(-0.25));
+}
+
+TEST(SessionArchive, OtherDateFormsFailWithTheirText)
+{
+    for (const QString text : {"yesterday", "", "2026-03-14T19:30:05.250", "2026-03-14T19:30:05",
+             "2026-03-14T20:30:05.250+01:00", "2026-03-14 19:30:05Z", "2026-03-14T19:30Z",
+             "2026-03-14T19:30:05.25Z", "2026-03-14T19:30:05.250000Z", "2026-13-14T19:30:05Z",
+             "2026-03-14T19:30:05.250z", " 2026-03-14T19:30:05Z"}) {
+        QString error;
+        EXPECT_FALSE(SessionArchive::decodeDate(text, &error).has_value()) << text.toStdString();
+        EXPECT_EQ(error, "Not an ISO 8601 date: " + text);
+    }
+}
+
+TEST(SessionArchive, EncodingIsCompactJsonThatDecodesToTheSameSession)
+{
+    const ShowSession session = sampleSession("Evening", at(0.0));
+    const QByteArray json = SessionArchive::encode(session);
+    EXPECT_FALSE(json.contains('\n'));
+    EXPECT_FALSE(json.contains(": "));
+    EXPECT_EQ(SessionArchive::decode(json), session);
+}
+
+TEST(SessionArchive, DecodingSomethingOtherThanASessionObjectYieldsNothing)
+{
+    EXPECT_FALSE(SessionArchive::decode("not json").has_value());
+    EXPECT_FALSE(SessionArchive::decode("[1, 2]").has_value());
+    EXPECT_FALSE(SessionArchive::decode("{}").has_value());
+}
+
+TEST(SessionArchive, SessionWithoutRecordingIsSavedUnderItsBaseName)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString root = temporary.filePath("Application Support/Ostrel/Sessions");
+    const ShowSession session = sampleSession("Evening", at(0.0));
+
+    ASSERT_TRUE(SessionArchive::save(session, root)); // creates the missing folders
+
+    const QString path = root + "/2026-03-14T19-30-05.json";
+    EXPECT_EQ(contents(path), SessionArchive::encode(session));
+    EXPECT_EQ(SessionArchive::load(path), session);
+    EXPECT_EQ(QDir(root).entryList(QDir::Files), QStringList {"2026-03-14T19-30-05.json"});
+}
+
+TEST(SessionArchive, SessionWithRecordingIsSavedAsSessionJsonInItsFolder)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString root = temporary.path();
+    ShowSession session = sampleSession("Evening", at(0.0));
+    session.recordingFolderName = "2026-03-14T19-30-05";
+    ASSERT_TRUE(QDir(root).mkdir("2026-03-14T19-30-05"));
+
+    ASSERT_TRUE(SessionArchive::save(session, root));
+
+    const QString path = root + "/2026-03-14T19-30-05/session.json";
+    EXPECT_EQ(SessionArchive::load(path), session);
+    EXPECT_FALSE(QFile::exists(root + "/2026-03-14T19-30-05.json"));
+}
+
+TEST(SessionArchive, TwoSavesWithoutRecordingFolderInTheSameSecondOverwriteOneFile)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const ShowSession first = sampleSession("First", at(-0.2));
+    const ShowSession second = sampleSession("Second", at(0.7));
+
+    ASSERT_TRUE(SessionArchive::save(first, temporary.path()));
+    ASSERT_TRUE(SessionArchive::save(second, temporary.path()));
+
+    EXPECT_EQ(
+        QDir(temporary.path()).entryList(QDir::Files), QStringList {"2026-03-14T19-30-05.json"});
+    const auto loaded = SessionArchive::load(temporary.filePath("2026-03-14T19-30-05.json"));
+    ASSERT_TRUE(loaded.has_value());
+    EXPECT_EQ(loaded->name, "Second");
+}
+
+TEST(SessionArchive, SaveThatCannotCreateItsFolderFailsQuietly)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    ASSERT_TRUE(write(temporary.filePath("occupied"), "a file, not a folder"));
+
+    EXPECT_FALSE(SessionArchive::save(
+        sampleSession("Evening", at(0.0)), temporary.filePath("occupied/Sessions")));
+}
+
+TEST(SessionArchive, SaveIntoAMissingRecordingFolderFailsQuietly)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    ShowSession session = sampleSession("Evening", at(0.0));
+    session.recordingFolderName = "gone";
+    EXPECT_FALSE(SessionArchive::save(session, temporary.path()));
+}
+
+TEST(SessionArchive, FileWithDatesLackingFractionsLoads)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString path = temporary.filePath("old.json");
+    const QByteArray json = R"({"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","name":"Old show",
+        "start":"2026-03-14T19:30:05Z","end":"2026-03-14T21:30:05Z","meterSetting":"A Fast",
+        "statistics":{"energy":0,"sampleCount":0,"duration":0,"peakPower":0},
+        "cues":[{"id":"0B7B0B1A-0000-4000-8000-000000000001","cueID":"Q1","number":"1",
+                 "name":"Doors","type":"Audio","start":"2026-03-14T19:31:00Z",
+                 "end":"2026-03-14T19:32:00.500Z","meterSetting":"A Fast",
+                 "statistics":{"energy":0,"sampleCount":0,"duration":0,"peakPower":0}}],
+        "levels":[{"time":"2026-03-14T19:30:06Z","leq":71.5,"maxLevel":80}]})";
+    ASSERT_TRUE(write(path, json));
+
+    const auto session = SessionArchive::load(path);
+
+    ASSERT_TRUE(session.has_value());
+    EXPECT_EQ(session->name, "Old show");
+    EXPECT_EQ(session->start, at(-0.25));
+    EXPECT_EQ(session->end, at(7200 - 0.25));
+    ASSERT_EQ(session->cues.size(), 1u);
+    EXPECT_EQ(session->cues[0].end, at(115.25));
+    ASSERT_EQ(session->levels.size(), 1u);
+    EXPECT_EQ(session->levels[0].maxLevel, 80.0);
+}
+
+TEST(SessionArchive, FileWithADateSuchAsYesterdayFailsAsAWhole)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const ShowSession session = sampleSession("Evening", at(0.0));
+    QJsonObject json = session.toJson();
+    QJsonArray levels = json.value("levels").toArray();
+    levels.append(QJsonObject {{"time", "yesterday"}, {"leq", 70.0}, {"maxLevel", 75.0}});
+    json.insert("levels", levels);
+    const QByteArray bytes = QJsonDocument(json).toJson(QJsonDocument::Compact);
+    const QString path = temporary.filePath("broken.json");
+    ASSERT_TRUE(write(path, bytes));
+
+    EXPECT_FALSE(SessionArchive::load(path).has_value());
+    QString error;
+    EXPECT_FALSE(SessionArchive::decode(bytes, &error).has_value());
+    EXPECT_EQ(error, "Not an ISO 8601 date: yesterday");
+}
+
+TEST(SessionArchive, MissingOrUnreadableFileYieldsNothing)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    EXPECT_FALSE(SessionArchive::load(temporary.filePath("missing.json")).has_value());
+    ASSERT_TRUE(write(temporary.filePath("cut.json"),
+        SessionArchive::encode(sampleSession("Evening", at(0.0))).left(40)));
+    EXPECT_FALSE(SessionArchive::load(temporary.filePath("cut.json")).has_value());
+}
