@@ -34,11 +34,20 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
       audio_(std::make_unique<AudioInput>(std::move(audioBackend))),
       meter_(std::make_unique<MeterModel>()),
       qlab_(std::make_unique<QLabClient>(
-          qlabTimings, [] { return std::chrono::system_clock::now(); }))
+          qlabTimings, [] { return std::chrono::system_clock::now(); })),
+      sessions_(std::make_unique<SessionStore>())
 {
     QPointer<AppModel> self(this);
     audio_->onInterval = [self](const MeasurementInterval& interval) {
         if (self) self->ingest(interval, std::chrono::system_clock::now());
+    };
+    qlab_->onRunningCuesChanged = [self](const std::vector<QLabCue>& cues) {
+        if (self) self->sessions_->updateRunningCues(cues, std::chrono::system_clock::now());
+    };
+    sessions_->onCueStarted = [self](const CueRecord& record) {
+        if (self)
+            self->meter_->addMarker(
+                record.number.isEmpty() ? record.name : record.number, record.start);
     };
 
     calibrationTimer_.setSingleShot(false);
@@ -50,7 +59,11 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
         if (elapsed >= calibrationDuration_) finishCalibration();
     });
 
-    if (mode_ == Mode::inert) return;
+    if (mode_ == Mode::inert) {
+        // A test host's shows are never written to the user's archive.
+        sessions_->setArchivesSessions(false);
+        return;
+    }
     if (auto* application = QCoreApplication::instance()) {
         connect(
             application, &QCoreApplication::aboutToQuit, this, &AppModel::applicationWillTerminate);
@@ -112,6 +125,7 @@ void AppModel::start()
 void AppModel::ingest(const MeasurementInterval& interval, Date at)
 {
     meter_->ingest(interval, at);
+    sessions_->ingest(interval, at);
     if (calibrationCollector_) calibrationCollector_->add(interval);
 }
 
@@ -143,6 +157,10 @@ void AppModel::applyMeasurementSettings()
     ++measurementApplies_;
     audio_->pipeline()->configure(settings_->weighting(), settings_->response(),
         settings_->calibrationOffset(), settings_->microphoneCorrection());
+    sessions_->setMeterSetting(settings_->meterSetting());
+    const auto& correction = settings_->microphoneCorrection();
+    sessions_->setMicrophoneCorrectionName(
+        correction ? std::optional(QString::fromStdString(correction->name())) : std::nullopt);
     // Peak, Max and Leq measured under one curve mean nothing under another; a change of
     // response or offset alone keeps them, and so does the first run at start.
     if (appliedWeighting_
@@ -158,6 +176,7 @@ void AppModel::applyDisplaySettings()
 {
     meter_->setGraphDuration(settings_->graphDuration());
     meter_->setDetectsFeedback(settings_->feedbackWarningEnabled());
+    sessions_->setRecordsLevelHistory(settings_->recordsLevelHistory());
 }
 
 void AppModel::applyInputSettings()

@@ -4,8 +4,8 @@
 // everything in a fixed order, routes each measurement interval to its consumers and turns every
 // settings change into a call on the subsystem concerned. Main thread only.
 //
-// Subsystems that join later (sessions, Dante, mics, crew, updater) are wired here as they land;
-// until then the routes that would reach them simply end.
+// Subsystems that join later (Dante, mics, crew, updater, the recorder) are wired here as they
+// land; until then the routes that would reach them simply end.
 #include <functional>
 #include <memory>
 #include <optional>
@@ -25,6 +25,7 @@
 #include "measurement/MicrophoneCorrection.h"
 #include "model/AppSettings.h"
 #include "model/MeterModel.h"
+#include "model/sessions/SessionStore.h"
 #include "qlab/QLabClient.h"
 
 namespace ostrel {
@@ -60,6 +61,7 @@ public:
     AudioInput& audio() { return *audio_; }
     MeterModel& meter() { return *meter_; }
     QLabClient& qlab() { return *qlab_; }
+    SessionStore& sessions() { return *sessions_; }
     bool hasStarted() const { return hasStarted_; }
 
     // Idempotent: the first call sets everything going.
@@ -113,6 +115,7 @@ private:
     std::unique_ptr<AudioInput> audio_;
     std::unique_ptr<MeterModel> meter_;
     std::unique_ptr<QLabClient> qlab_;
+    std::unique_ptr<SessionStore> sessions_;
     std::optional<QString> errorMessage_;
     bool hasStarted_ = false;
     std::optional<FrequencyWeighting> appliedWeighting_;
