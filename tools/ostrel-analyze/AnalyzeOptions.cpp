@@ -19,7 +19,7 @@ std::string transformed(std::string_view text, int (*change)(int))
 {
     std::string result(text);
     std::transform(result.begin(), result.end(), result.begin(),
-                   [change](unsigned char c) { return static_cast<char>(change(c)); });
+        [change](unsigned char c) { return static_cast<char>(change(c)); });
     return result;
 }
 
@@ -48,8 +48,8 @@ std::optional<int> parseChannel(std::string_view text)
 }
 
 // Sets the option's field, or says what is wrong with the value.
-std::optional<std::string> apply(AnalyzeOptions& options, std::string_view name,
-                                 std::string_view value)
+std::optional<std::string> apply(
+    AnalyzeOptions& options, std::string_view name, std::string_view value)
 {
     if (name == "--weighting") {
         const auto weighting = frequencyWeightingFromRawValue(transformed(value, ::toupper));
@@ -81,21 +81,41 @@ std::optional<std::string> apply(AnalyzeOptions& options, std::string_view name,
 bool takesValue(std::string_view name)
 {
     return name == "--weighting" || name == "--response" || name == "--offset"
-           || name == "--channel" || name == "--format";
+        || name == "--channel" || name == "--format";
+}
+
+// An export names its two paths and nothing else: measuring options would mean nothing to it.
+std::optional<ParsedCommandLine> parseExport(std::span<const std::string_view> arguments)
+{
+    const auto found = std::find_if(arguments.begin(), arguments.end(),
+        [](std::string_view a) { return a == "--export-levels" || a == "--export-cues"; });
+    if (found == arguments.end()) return std::nullopt;
+    const std::string name(*found);
+    if (found != arguments.begin() || arguments.size() != 3)
+        return OptionError {"use " + name + " CSV DIR, with no other arguments"};
+    ExportRequest request;
+    request.kind
+        = name == "--export-levels" ? ExportRequest::Kind::levels : ExportRequest::Kind::cues;
+    request.csvPath = std::string(arguments[1]);
+    request.sessionPath = std::string(arguments[2]);
+    if (request.csvPath.empty() || request.sessionPath.empty())
+        return OptionError {"use " + name + " CSV DIR, with no empty path"};
+    return request;
 }
 
 } // namespace
 
 ParsedCommandLine parseCommandLine(std::span<const std::string_view> arguments)
 {
+    if (auto request = parseExport(arguments)) return *request;
     AnalyzeOptions options;
     std::optional<std::string_view> path;
     bool optionsEnded = false;
 
     const auto addPath = [&](std::string_view argument) -> std::optional<OptionError> {
         if (path) {
-            return OptionError{"more than one file given: " + quoted(*path) + " and "
-                               + quoted(argument)};
+            return OptionError {
+                "more than one file given: " + quoted(*path) + " and " + quoted(argument)};
         }
         path = argument;
         return std::nullopt;
@@ -112,17 +132,17 @@ ParsedCommandLine parseCommandLine(std::span<const std::string_view> arguments)
             optionsEnded = true;
             continue;
         }
-        if (argument == "--help" || argument == "-h") return HelpRequested{};
+        if (argument == "--help" || argument == "-h") return HelpRequested {};
 
         const auto equals = argument.find('=');
         const std::string_view name = argument.substr(0, equals);
         if (name == "--summary" || name == "--spectrum") {
             if (equals != std::string_view::npos)
-                return OptionError{"option " + std::string(name) + " takes no value"};
+                return OptionError {"option " + std::string(name) + " takes no value"};
             (name == "--summary" ? options.summary : options.spectrum) = true;
             continue;
         }
-        if (!takesValue(name)) return OptionError{"unknown option " + quoted(argument)};
+        if (!takesValue(name)) return OptionError {"unknown option " + quoted(argument)};
 
         std::string_view value;
         if (equals != std::string_view::npos) {
@@ -131,12 +151,12 @@ ParsedCommandLine parseCommandLine(std::span<const std::string_view> arguments)
             // Taken as is, so that a negative offset is not mistaken for an option.
             value = arguments[++index];
         } else {
-            return OptionError{"option " + std::string(name) + " needs a value"};
+            return OptionError {"option " + std::string(name) + " needs a value"};
         }
-        if (auto error = apply(options, name, value)) return OptionError{*error};
+        if (auto error = apply(options, name, value)) return OptionError {*error};
     }
 
-    if (!path) return OptionError{"no file given (see --help)"};
+    if (!path) return OptionError {"no file given (see --help)"};
     options.path = std::string(*path);
     return options;
 }
@@ -144,6 +164,8 @@ ParsedCommandLine parseCommandLine(std::span<const std::string_view> arguments)
 std::string_view usageText()
 {
     return R"(Usage: ostrel-analyze FILE [options]
+       ostrel-analyze --export-levels CSV DIR
+       ostrel-analyze --export-cues CSV DIR
 
 Measures an audio file the way the Ostrel Live station measures its input and
 writes one row per measurement interval (a tenth of a second) to standard output.
@@ -159,6 +181,11 @@ Options:
   --summary             end with the file's Leq, Peak, Max and duration
   --spectrum            add the spectrum and feedback warnings to every row
   -h, --help            show this help
+
+  --export-levels CSV DIR  write the level log (one row a second) of the show
+                           recorded in DIR as CSV; CSV "-" is standard output
+  --export-cues CSV DIR    the same for the show's cue log
+DIR is a recording folder (with its session.json) or a session's .json file.
 
 Columns: time (s of audio at the interval's end), level, leq, peak, max, rawDBFS,
 clipped. With --spectrum they go on with the 31 third-octave levels (third_<Hz>),

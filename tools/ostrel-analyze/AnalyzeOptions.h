@@ -37,7 +37,18 @@ struct OptionError {
     bool operator==(const OptionError&) const = default;
 };
 
-using ParsedCommandLine = std::variant<AnalyzeOptions, HelpRequested, OptionError>;
+// `--export-levels CSV DIR` or `--export-cues CSV DIR`: a recorded show's level log or cue log
+// as CSV. DIR is a recording folder (its "session.json") or a session file; CSV "-" is standard
+// output.
+struct ExportRequest {
+    enum class Kind { levels, cues };
+    Kind kind = Kind::levels;
+    std::string csvPath;
+    std::string sessionPath;
+    bool operator==(const ExportRequest&) const = default;
+};
+
+using ParsedCommandLine = std::variant<AnalyzeOptions, HelpRequested, OptionError, ExportRequest>;
 
 // The arguments after the program name.
 ParsedCommandLine parseCommandLine(std::span<const std::string_view> arguments);

@@ -18,6 +18,7 @@
 #include "ostrel-analyze/AudioClockFeedback.h"
 #include "ostrel-analyze/ProgressLine.h"
 #include "ostrel-analyze/RowFormatter.h"
+#include "ostrel-analyze/SessionExport.h"
 
 namespace {
 
@@ -55,8 +56,8 @@ int run(const AnalyzeOptions& options)
     const int channels = decoder.channelCount();
     if (options.channel >= channels) {
         return fail(name + " has " + std::to_string(channels)
-                    + (channels == 1 ? " channel" : " channels") + ", so there is no channel "
-                    + std::to_string(options.channel) + " (channels count from 0)");
+            + (channels == 1 ? " channel" : " channels") + ", so there is no channel "
+            + std::to_string(options.channel) + " (channels count from 0)");
     }
     // The block a live input delivers, so that intervals close exactly where the station's do.
     const auto blockFrames = static_cast<std::size_t>(decoder.sampleRate() / 10);
@@ -64,8 +65,8 @@ int run(const AnalyzeOptions& options)
     const auto sampleRate = static_cast<double>(decoder.sampleRate());
 
     MeasurementPipeline pipeline;
-    pipeline.configure(options.weighting, options.response, options.calibrationOffset,
-                       std::nullopt);
+    pipeline.configure(
+        options.weighting, options.response, options.calibrationOffset, std::nullopt);
     pipeline.prepare(sampleRate);
 
     ProgressLine progress(std::cerr, isatty(STDERR_FILENO) == 1, decoder.durationSeconds());
@@ -90,7 +91,7 @@ int run(const AnalyzeOptions& options)
         if (const auto interval = pipeline.process(block)) {
             statistics.add(*interval);
             std::optional<SpectrumExtras> extras;
-            if (options.spectrum) extras = SpectrumExtras{feedback.update(*interval, time)};
+            if (options.spectrum) extras = SpectrumExtras {feedback.update(*interval, time)};
             write(formatRow(options.format, time, *interval, extras));
         }
         progress.update(time);
@@ -122,5 +123,7 @@ int main(int argc, char** argv)
         return 0;
     }
     if (const auto* error = std::get_if<OptionError>(&parsed)) return fail(error->message);
+    if (const auto* request = std::get_if<ExportRequest>(&parsed))
+        return exportSession(*request, std::cerr);
     return run(std::get<AnalyzeOptions>(parsed));
 }
