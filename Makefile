@@ -48,6 +48,7 @@ test-long: test
 
 bench: dev
 	build/dev/benchmarks/measurement_benchmarks
+	build/dev/benchmarks/session_benchmarks
 
 format:
 	find src tests tools benchmarks -name '*.h' -o -name '*.cpp' | xargs clang-format -i
