@@ -90,11 +90,7 @@ std::optional<MeasurementInterval> MeasurementPipeline::process(std::span<const 
         sampleRate = state_.processor.sampleRate();
     }
 
-    if (recorder) {
-        // The span is only valid during the callback, so the recorder gets its own copy.
-        recorder->enqueueAppend(std::vector<float>(samples.begin(), samples.end()), sampleRate,
-                                interval, clock_());
-    }
+    if (recorder) recorder->append(samples, sampleRate, interval, clock_());
     return interval;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 // Where the pipeline hands each block and its finished interval when a session records. The
-// implementation queues the call on its own serial worker and returns at once: it runs on the
-// audio thread, outside the pipeline's lock, and disk writes must never stall the tap.
+// implementation copies the block into its own queue and returns at once: it runs on the audio
+// thread, outside the pipeline's lock, and neither disk writes nor allocation may stall the tap.
 #include <optional>
-#include <vector>
+#include <span>
 
 #include "common/Date.h"
 #include "measurement/MeasurementInterval.h"
@@ -14,8 +14,9 @@ namespace ostrel {
 class PipelineRecorder {
 public:
     virtual ~PipelineRecorder() = default;
-    virtual void enqueueAppend(std::vector<float> samples, double sampleRate,
-                               std::optional<MeasurementInterval> interval, Date at) = 0;
+    // `samples` are valid only during the call. `interval` is the one this block finished.
+    virtual void append(std::span<const float> samples, double sampleRate,
+                        const std::optional<MeasurementInterval>& interval, Date at) = 0;
 };
 
 } // namespace ostrel

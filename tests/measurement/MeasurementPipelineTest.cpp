@@ -24,11 +24,11 @@ struct RecordedCall {
 
 class FakeRecorder : public PipelineRecorder {
 public:
-    void enqueueAppend(std::vector<float> samples, double sampleRate,
-                       std::optional<MeasurementInterval> interval, Date at) override
+    void append(std::span<const float> samples, double sampleRate,
+                const std::optional<MeasurementInterval>& interval, Date at) override
     {
         std::lock_guard lock(mutex);
-        calls.push_back({std::move(samples), sampleRate, std::move(interval), at});
+        calls.push_back({std::vector<float>(samples.begin(), samples.end()), sampleRate, interval, at});
     }
     std::mutex mutex;
     std::vector<RecordedCall> calls;

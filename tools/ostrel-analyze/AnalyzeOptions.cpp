@@ -67,6 +67,9 @@ std::optional<std::string> apply(
         const auto channel = parseChannel(value);
         if (!channel) return "bad channel " + quoted(value) + " (channels count from 0)";
         options.channel = *channel;
+    } else if (name == "--record") {
+        if (value.empty()) return std::string("bad folder \"\" for --record");
+        options.recordFolder = std::string(value);
     } else if (name == "--format") {
         if (value == "csv")
             options.format = OutputFormat::csv;
@@ -81,7 +84,7 @@ std::optional<std::string> apply(
 bool takesValue(std::string_view name)
 {
     return name == "--weighting" || name == "--response" || name == "--offset"
-        || name == "--channel" || name == "--format";
+        || name == "--channel" || name == "--format" || name == "--record";
 }
 
 // An export names its two paths and nothing else: measuring options would mean nothing to it.
@@ -180,6 +183,9 @@ Options:
   --format csv|jsonl    output format (default csv)
   --summary             end with the file's Leq, Peak, Max and duration
   --spectrum            add the spectrum and feedback warnings to every row
+  --record DIR          record the file into the new folder DIR as the station
+                        records a show (session.json, audio.aac and
+                        measurements.ostrel) instead of printing rows
   -h, --help            show this help
 
   --export-levels CSV DIR  write the level log (one row a second) of the show

@@ -23,6 +23,9 @@ struct AnalyzeOptions {
     OutputFormat format = OutputFormat::csv;
     bool summary = false;
     bool spectrum = false;
+    // When set: the file is recorded into this folder as a show ("session.json", "audio.aac",
+    // "measurements.ostrel") instead of printing rows.
+    std::string recordFolder;
 
     bool operator==(const AnalyzeOptions&) const = default;
 };

@@ -1,8 +1,11 @@
 // ostrel-analyze: measures an audio file as the station measures its live input and writes one
 // row per measurement interval. See usageText() and docs/ostrel-analyze.md.
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +22,7 @@
 #include "ostrel-analyze/ProgressLine.h"
 #include "ostrel-analyze/RowFormatter.h"
 #include "ostrel-analyze/SessionExport.h"
+#include "ostrel-analyze/ShowRecording.h"
 
 namespace {
 
@@ -64,10 +68,27 @@ int run(const AnalyzeOptions& options)
     if (blockFrames == 0) return fail(name + " has a sample rate too low to measure");
     const auto sampleRate = static_cast<double>(decoder.sampleRate());
 
-    MeasurementPipeline pipeline;
+    std::unique_ptr<ShowRecording> recording;
+    if (!options.recordFolder.empty()) {
+        const std::string show = options.path == "-"
+            ? std::string("Standard input")
+            : std::filesystem::path(options.path).stem().string();
+        const std::string setting
+            = std::string(symbol(options.weighting)) + " / " + std::string(title(options.response));
+        auto made = ShowRecording::open(
+            options.recordFolder, show, setting, std::chrono::system_clock::now());
+        if (const auto* error = std::get_if<std::string>(&made)) return fail(*error);
+        recording = std::move(std::get<std::unique_ptr<ShowRecording>>(made));
+    }
+    // Frames are stamped on the file's clock: the end of the block being measured.
+    double blockEnd = 0.0;
+    MeasurementPipeline::Clock clock;
+    if (recording) clock = [&recording, &blockEnd] { return recording->dateAt(blockEnd); };
+    MeasurementPipeline pipeline(clock);
     pipeline.configure(
         options.weighting, options.response, options.calibrationOffset, std::nullopt);
     pipeline.prepare(sampleRate);
+    if (recording) pipeline.setRecorder(recording->recorder());
 
     ProgressLine progress(std::cerr, isatty(STDERR_FILENO) == 1, decoder.durationSeconds());
     LevelStatistics statistics;
@@ -78,7 +99,7 @@ int run(const AnalyzeOptions& options)
     const auto channel = static_cast<std::size_t>(options.channel);
 
     AudioClockFeedback feedback;
-    write(formatHeader(options.format, options.spectrum));
+    if (!recording) write(formatHeader(options.format, options.spectrum));
     for (;;) {
         const std::size_t frames = decoder.read(interleaved, blockFrames);
         if (frames == 0) break;
@@ -87,17 +108,27 @@ int run(const AnalyzeOptions& options)
             block[frame] = interleaved[frame * stride + channel];
         framesProcessed += static_cast<std::int64_t>(frames);
         const double time = static_cast<double>(framesProcessed) / sampleRate;
+        blockEnd = time;
         // A short last block leaves a partial interval, which the station would not report.
         if (const auto interval = pipeline.process(block)) {
             statistics.add(*interval);
-            std::optional<SpectrumExtras> extras;
-            if (options.spectrum) extras = SpectrumExtras {feedback.update(*interval, time)};
-            write(formatRow(options.format, time, *interval, extras));
+            if (recording) {
+                recording->add(*interval, time);
+            } else {
+                std::optional<SpectrumExtras> extras;
+                if (options.spectrum) extras = SpectrumExtras {feedback.update(*interval, time)};
+                write(formatRow(options.format, time, *interval, extras));
+            }
         }
         progress.update(time);
         if (frames < blockFrames) break;
     }
     progress.clear();
+    if (recording) {
+        pipeline.setRecorder(nullptr);
+        if (const auto error = recording->finish(blockEnd))
+            return fail("recording into \"" + options.recordFolder + "\" failed: " + *error);
+    }
 
     if (!decoder.error().empty()) {
         std::fflush(stdout);

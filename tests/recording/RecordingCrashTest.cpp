@@ -1,0 +1,70 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <csignal>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <sys/wait.h>
+
+#include "model/sessions/RecordingFormat.h"
+#include "model/sessions/RecordingFrames.h"
+#include "recording/ChildProcess.h"
+#include "recording/RecordingSignals.h"
+
+using namespace ostrel;
+using namespace ostrel::recording_test;
+
+TEST(RecordingCrash, AKilledRecorderLeavesEveryWholeFrameReadableAndTheAudioPlayableToNearTheKill)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString folder = temporary.filePath("killed");
+    ChildProcess child({OSTREL_RECORDING_WRITER_PATH, "crash", folder.toStdString(), "48000"});
+    ASSERT_TRUE(child.started());
+
+    // The helper says each second once it is written; kill it while it records the next.
+    std::string line;
+    int written = 0;
+    while (written < 3 && child.readLine(line))
+        written = std::stoi(line);
+    ASSERT_EQ(written, 3);
+    child.kill(SIGKILL);
+    const int status = child.wait();
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGKILL);
+
+    const QString framesPath = QDir(folder).filePath(RecordingFormat::framesFileName);
+    const auto frames = RecordingFrames::open(framesPath);
+    ASSERT_TRUE(frames.has_value());
+    const qint64 bytes = QFileInfo(framesPath).size();
+    EXPECT_EQ(frames->count(), (bytes - 32) / static_cast<qint64>(RecordingFormat::frameSize));
+    EXPECT_GE(frames->count(), 30) << "ten frames for each second reported";
+    double previous = 0.0;
+    for (qsizetype i = 0; i < frames->count(); ++i) {
+        const auto frame = frames->frame(i, true);
+        ASSERT_TRUE(frame.has_value());
+        EXPECT_NEAR(frame->audioTime, 0.1 * static_cast<double>(i + 1), 1e-9);
+        EXPECT_GT(frame->audioTime, previous);
+        previous = frame->audioTime;
+        // The helper dates each block by its audio, so both clocks agree in every whole frame.
+        EXPECT_NEAR(frame->wallTime, frame->audioTime, 1e-6);
+        EXPECT_TRUE(frame->interval.spectrum.has_value());
+    }
+
+    const Decoded audio = decode(QDir(folder).filePath(RecordingFormat::audioFileName));
+    EXPECT_TRUE(audio.error.isEmpty()) << audio.error.toStdString();
+    ASSERT_EQ(audio.sampleRate, 48000);
+    // All that was reported written, less what the encoder held back (a frame and its priming).
+    EXPECT_GE(audio.samples.size(), std::size_t {3 * 48000 - 2048});
+    const double writtenSeconds = frames->duration() + 1.0; // at most the second under way
+    EXPECT_LE(static_cast<double>(audio.samples.size()) / 48000.0, writtenSeconds + 0.1);
+    double sum = 0.0;
+    for (std::size_t i = 2048; i < 3 * 48000 - 2048; ++i) {
+        sum += static_cast<double>(audio.samples[i]) * audio.samples[i];
+    }
+    EXPECT_NEAR(std::sqrt(sum / (3 * 48000 - 4096)), 0.3 / std::sqrt(2.0), 0.02)
+        << "the tone is there, not silence";
+}
