@@ -224,3 +224,19 @@ TEST_F(SessionStoreTest, SessionForExportIsTheRunningSnapshotWithoutEndingIt)
     EXPECT_TRUE(store.activeSession());
     EXPECT_FALSE(store.lastSession());
 }
+
+TEST_F(SessionStoreTest, ASessionKeepsEveryOneOfItsCuesBeyondTheHistoryLimit)
+{
+    store.start("Marathon", at(0), std::nullopt);
+    for (int index = 0; index < 2005; ++index) {
+        store.updateRunningCues(
+            {cue(QString::number(index), QString::number(index), "Cue")}, at(index + 1));
+        store.updateRunningCues({}, at(index + 1.5));
+    }
+    EXPECT_EQ(store.history().size(), 2000u);
+    const auto session = store.end(at(3000));
+    ASSERT_TRUE(session);
+    ASSERT_EQ(session->cues.size(), 2005u);
+    EXPECT_EQ(session->cues.front().number, "0");
+    EXPECT_EQ(session->cues.back().number, "2004");
+}
