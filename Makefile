@@ -33,7 +33,7 @@ asan: deps
 
 tsan: deps
 	cmake --preset tsan
-	cmake --build --preset tsan -j $(JOBS) --target measurement_tests
+	cmake --build --preset tsan -j $(JOBS) --target measurement_tests sessions_tests
 
 test: dev asan tsan
 	ctest --preset dev -j $(JOBS)

@@ -1,4 +1,5 @@
 #include "audio/AudioFileDecoder.h"
+#include "audio/FFmpegError.h"
 
 #include <algorithm>
 #include <array>
@@ -16,13 +17,6 @@ extern "C" {
 namespace ostrel {
 
 namespace {
-
-std::string errorText(int code)
-{
-    std::array<char, AV_ERROR_MAX_STRING_SIZE> buffer{};
-    if (av_strerror(code, buffer.data(), buffer.size()) < 0) return "unknown FFmpeg error";
-    return buffer.data();
-}
 
 enum class Step { frame, end, failed };
 
@@ -100,7 +94,7 @@ struct AudioFileDecoder::Impl {
         if (!prepareConverter(*frame)) return fail("cannot convert the decoded samples to float");
 
         const int capacity = swr_get_out_samples(converter, frame->nb_samples);
-        if (capacity < 0) return fail(errorText(capacity));
+        if (capacity < 0) return fail(ffmpegErrorText(capacity));
         // Keep what has not been handed out yet, drop the rest.
         pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(pendingOffset));
         pendingOffset = 0;
@@ -110,7 +104,7 @@ struct AudioFileDecoder::Impl {
         const int converted = swr_convert(converter, &out, capacity,
                                           const_cast<const std::uint8_t**>(frame->extended_data),
                                           frame->nb_samples);
-        if (converted < 0) return fail(errorText(converted));
+        if (converted < 0) return fail(ffmpegErrorText(converted));
         pending.resize(start + static_cast<std::size_t>(converted) * static_cast<std::size_t>(channels));
         framesDecoded += converted;
         return Step::frame;
@@ -140,7 +134,7 @@ struct AudioFileDecoder::Impl {
                 ++skippedPackets;
                 continue;
             }
-            if (result != AVERROR(EAGAIN)) return fail(errorText(result));
+            if (result != AVERROR(EAGAIN)) return fail(ffmpegErrorText(result));
             if (inputEnded) {
                 decoderDrained = true;
                 break;
@@ -152,7 +146,7 @@ struct AudioFileDecoder::Impl {
                 avcodec_send_packet(codec, nullptr);
                 continue;
             }
-            if (result < 0) return fail(errorText(result));
+            if (result < 0) return fail(ffmpegErrorText(result));
             if (packet->stream_index != streamIndex) {
                 av_packet_unref(packet);
                 continue;
@@ -163,7 +157,7 @@ struct AudioFileDecoder::Impl {
                 ++skippedPackets;
                 continue;
             }
-            if (result < 0 && result != AVERROR(EAGAIN)) return fail(errorText(result));
+            if (result < 0 && result != AVERROR(EAGAIN)) return fail(ffmpegErrorText(result));
         }
         return Step::end;
     }
@@ -193,27 +187,27 @@ AudioFileDecoder::OpenResult AudioFileDecoder::openUrl(const std::string& url)
 {
     auto impl = std::make_unique<Impl>();
     int result = avformat_open_input(&impl->format, url.c_str(), nullptr, nullptr);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorText(result);
     result = avformat_find_stream_info(impl->format, nullptr);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorText(result);
 
     const AVCodec* decoder = nullptr;
     result = av_find_best_stream(impl->format, AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
     if (result == AVERROR_STREAM_NOT_FOUND) return std::string("no audio stream");
     if (result == AVERROR_DECODER_NOT_FOUND)
         return std::string("no decoder for its audio format");
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorText(result);
     impl->streamIndex = result;
     const AVStream* stream = impl->format->streams[result];
 
     impl->codec = avcodec_alloc_context3(decoder);
     impl->packet = av_packet_alloc();
     impl->frame = av_frame_alloc();
-    if (!impl->codec || !impl->packet || !impl->frame) return errorText(AVERROR(ENOMEM));
+    if (!impl->codec || !impl->packet || !impl->frame) return ffmpegErrorText(AVERROR(ENOMEM));
     result = avcodec_parameters_to_context(impl->codec, stream->codecpar);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorText(result);
     result = avcodec_open2(impl->codec, decoder, nullptr);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorText(result);
     impl->codecName = decoder->name;
 
     if (impl->format->duration != AV_NOPTS_VALUE && impl->format->duration > 0) {
@@ -226,7 +220,7 @@ AudioFileDecoder::OpenResult AudioFileDecoder::openUrl(const std::string& url)
     // not after a caller has started writing.
     if (impl->decodeNext() == Step::failed) return impl->error;
     if (impl->framesDecoded == 0) {
-        if (impl->skippedPackets > 0) return errorText(AVERROR_INVALIDDATA);
+        if (impl->skippedPackets > 0) return ffmpegErrorText(AVERROR_INVALIDDATA);
         // A file with no samples at all is valid; its header is all there is to go by.
         impl->sampleRate = impl->codec->sample_rate;
         impl->channels = impl->codec->ch_layout.nb_channels;

@@ -74,23 +74,20 @@ void MeasurementPipeline::setRecorder(std::shared_ptr<PipelineRecorder> recorder
 std::optional<MeasurementInterval> MeasurementPipeline::process(std::span<const float> samples)
 {
     std::optional<MeasurementInterval> interval;
-    std::shared_ptr<PipelineRecorder> recorder;
-    double sampleRate = 0.0;
-    {
-        std::lock_guard lock(mutex_);
-        state_.processor.process(samples);
-        // The analyser sees raw samples: correction reaches spectra as per-bin gains.
-        state_.analyzer.append(samples);
-        // Tested after the whole block: an interval holds whole blocks, at most one per block.
-        if (state_.processor.pendingSampleCount() >= state_.intervalLength) {
-            interval = state_.processor.takeInterval();
-            interval->spectrum = state_.analyzer.analyze(state_.processor.calibrationOffset());
-        }
-        recorder = state_.recorder;
-        sampleRate = state_.processor.sampleRate();
+    std::lock_guard lock(mutex_);
+    state_.processor.process(samples);
+    // The analyser sees raw samples: correction reaches spectra as per-bin gains.
+    state_.analyzer.append(samples);
+    // Tested after the whole block: an interval holds whole blocks, at most one per block.
+    if (state_.processor.pendingSampleCount() >= state_.intervalLength) {
+        interval = state_.processor.takeInterval();
+        interval->spectrum = state_.analyzer.analyze(state_.processor.calibrationOffset());
     }
-
-    if (recorder) recorder->append(samples, sampleRate, interval, clock_());
+    // Under the lock, so that once `setRecorder` has swapped a recorder out no block is still
+    // on its way into it, and the audio thread never holds the last reference to one. The
+    // recorder only copies the block into its queue.
+    if (state_.recorder)
+        state_.recorder->append(samples, state_.processor.sampleRate(), interval, clock_());
     return interval;
 }
 

@@ -2,7 +2,7 @@
 
 // Where the pipeline hands each block and its finished interval when a session records. The
 // implementation copies the block into its own queue and returns at once: it runs on the audio
-// thread, outside the pipeline's lock, and neither disk writes nor allocation may stall the tap.
+// thread, under the pipeline's lock, so neither disk writes nor allocation may happen in it.
 #include <optional>
 #include <span>
 

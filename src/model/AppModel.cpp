@@ -137,6 +137,7 @@ void AppModel::restartAudio()
 
 void AppModel::applyQLabSettings()
 {
+    ++qlabApplies_;
     // Spaces and tabs only: a line end in the field is the user's to see, not ours to hide.
     QString host = settings_->qlabHost();
     const auto isBlank = [](QChar c) { return c == u' ' || c == u'\t'; };

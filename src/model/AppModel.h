@@ -91,9 +91,10 @@ public:
     // Called when the application is about to quit: a running session will be ended here.
     void applicationWillTerminate();
 
-    // For tests: how often the measurement and display groups have been applied.
+    // For tests: how often the measurement, input and QLab groups have been applied.
     int measurementApplyCount() const { return measurementApplies_; }
     int inputApplyCount() const { return inputApplies_; }
+    int qlabApplyCount() const { return qlabApplies_; }
     void setCalibrationTick(int milliseconds) { calibrationTick_ = milliseconds; }
 
 signals:
@@ -129,6 +130,7 @@ private:
     CalibrationCompletion calibrationCompletion_;
     int measurementApplies_ = 0;
     int inputApplies_ = 0;
+    int qlabApplies_ = 0;
 };
 
 } // namespace ostrel

@@ -103,12 +103,15 @@ private slots:
         FakeQLab other;
         other.workspaces = {{"W-2", "Matinee", {}}, {"W-3", "Evening", {}}};
         QVERIFY(other.listen());
+        const int appliesBefore = model->qlabApplyCount();
         model->settings().setQlabPort(other.port());
         model->settings().setQlabWorkspace("even");
+        model->settings().setQlabHost(" 127.0.0.1");
         QTRY_COMPARE_WITH_TIMEOUT(
             model->qlab().workspaceName(), std::optional<QString>("Evening"), waitMs);
         QCOMPARE(other.connectionCount(), 1);
         QCOMPARE(model->qlab().state(), State::connected);
+        QCOMPARE(model->qlabApplyCount(), appliesBefore + 1);
     }
 
     void turningQLabOffInSettingsSaysOff()

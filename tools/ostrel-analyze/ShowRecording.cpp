@@ -12,7 +12,9 @@ namespace ostrel::analyze {
 std::variant<std::unique_ptr<ShowRecording>, std::string> ShowRecording::open(
     const std::string& folder, const std::string& name, const std::string& meterSetting, Date start)
 {
-    const QFileInfo target(QString::fromStdString(folder));
+    // Cleaned, so that "show/" and "./show" name the folder "show".
+    const QFileInfo target(
+        QDir::cleanPath(QFileInfo(QString::fromStdString(folder)).absoluteFilePath()));
     const QString path = target.absoluteFilePath();
     const QDir existing(path);
     // Never over a show already there: a recording is the one copy of a performance.

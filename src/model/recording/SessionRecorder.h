@@ -24,7 +24,7 @@
 #include "measurement/MeasurementInterval.h"
 #include "measurement/PipelineRecorder.h"
 #include "model/recording/AacFileWriter.h"
-#include "model/recording/RecorderQueue.h"
+#include "model/sessions/RecorderQueue.h"
 #include "model/recording/SampleRateConverter.h"
 
 namespace ostrel {
@@ -68,7 +68,8 @@ public:
     SessionRecorder(const SessionRecorder&) = delete;
     SessionRecorder& operator=(const SessionRecorder&) = delete;
 
-    // Audio thread: copies the block into the queue and returns; never waits on the worker.
+    // Audio thread, one caller at a time (the queue has one producer): copies the block into the
+    // queue and returns; never waits on the worker.
     // `interval` is the one this block finished, if any. Ignored after `finish`.
     void append(std::span<const float> samples, double sampleRate,
         const std::optional<MeasurementInterval>& interval, Date at) override;

@@ -3,8 +3,8 @@
 #include <numeric>
 #include <thread>
 
-#include "model/recording/RecorderQueue.h"
-#include "recording/RecordingSignals.h"
+#include "model/sessions/RecorderQueue.h"
+#include "SessionSamples.h"
 
 using namespace ostrel;
 
@@ -34,7 +34,7 @@ TEST(RecorderQueue, KeepsAppendOrderWhenBlocksSpillOverTheRing)
     RecorderQueue queue({100, 4});
     for (int i = 0; i < 10; ++i) {
         queue.push(filled(30, static_cast<float>(i)), 48000.0 + i, std::nullopt,
-            recording_test::sessionStart());
+            sessions_test::showStart);
     }
     EXPECT_GT(queue.overflowCount(), 0u);
     int next = 0;
@@ -50,7 +50,7 @@ TEST(RecorderQueue, ABlockThatWouldWrapStartsAgainAtTheRingsBeginning)
         for (int i = 0; i < 2; ++i) {
             const int value = round * 2 + i;
             queue.push(filled(40, static_cast<float>(value)), 48000.0 + value, std::nullopt,
-                recording_test::sessionStart());
+                sessions_test::showStart);
         }
         EXPECT_EQ(drainInOrder(queue, 40, next), 2u);
     }
@@ -60,8 +60,8 @@ TEST(RecorderQueue, ABlockThatWouldWrapStartsAgainAtTheRingsBeginning)
 TEST(RecorderQueue, CarriesTheIntervalAndDateOfEachBlock)
 {
     RecorderQueue queue({1000, 4});
-    const MeasurementInterval closed = recording_test::interval(4800, 48000.0, 71.0);
-    const Date at = addingSeconds(recording_test::sessionStart(), 2.5);
+    const MeasurementInterval closed = sessions_test::interval(71.0);
+    const Date at = addingSeconds(sessions_test::showStart, 2.5);
     queue.push(filled(10, 1.0f), 48000.0, closed, at);
     queue.push(filled(10, 2.0f), 48000.0, std::nullopt, at);
     std::vector<std::optional<MeasurementInterval>> seen;
@@ -74,7 +74,8 @@ TEST(RecorderQueue, CarriesTheIntervalAndDateOfEachBlock)
     EXPECT_FALSE(seen[1].has_value());
 }
 
-TEST(RecorderQueue, AProducerAndAConsumerOnTwoThreadsLoseAndReorderNothing)
+// "Concurrent" in the name puts it in the ThreadSanitizer run.
+TEST(RecorderQueue, ConcurrentProducerAndConsumerOnTwoThreadsLoseAndReorderNothing)
 {
     RecorderQueue queue({4096, 16});
     constexpr int blocks = 20000;
@@ -83,7 +84,7 @@ TEST(RecorderQueue, AProducerAndAConsumerOnTwoThreadsLoseAndReorderNothing)
         for (int i = 0; i < blocks; ++i) {
             const std::vector<float> block(
                 static_cast<std::size_t>(1 + i % 700), static_cast<float>(i));
-            queue.push(block, 48000.0, std::nullopt, recording_test::sessionStart());
+            queue.push(block, 48000.0, std::nullopt, sessions_test::showStart);
         }
         done = true;
     });

@@ -1,4 +1,4 @@
-#include "model/recording/RecorderQueue.h"
+#include "model/sessions/RecorderQueue.h"
 
 #include <algorithm>
 #include <utility>

@@ -21,7 +21,8 @@ namespace ostrel {
 class RecorderQueue {
 public:
     struct Capacity {
-        // About 21 seconds at 48 kHz, 5 at 192 kHz: room for a disk that stalls for a while.
+        // Room for a disk that stalls for a while; whichever fills first: 2^20 samples are about
+        // 21 s at 48 kHz (5 s at 192 kHz), 1024 blocks about 20 s of the input's 20 ms blocks.
         std::size_t samples = std::size_t {1} << 20;
         std::size_t blocks = 1024;
     };
