@@ -6,6 +6,8 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include "support/PulseTestMain.h"
 #include <cmath>
 
 #include "audio/QtAudioCaptureBackend.h"
@@ -47,5 +49,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AppModelPulseTest)
+OSTREL_PULSE_TEST_MAIN(AppModelPulseTest)
 #include "AppModelPulseTest.moc"

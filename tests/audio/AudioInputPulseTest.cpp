@@ -6,6 +6,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include "support/PulseTestMain.h"
 #include <cmath>
 
 #include "audio/AudioInput.h"
@@ -95,5 +97,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AudioInputPulseTest)
+OSTREL_PULSE_TEST_MAIN(AudioInputPulseTest)
 #include "AudioInputPulseTest.moc"
