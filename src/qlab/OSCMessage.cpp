@@ -5,6 +5,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "common/FloatNarrowing.h"
 #include "qlab/OSCReader.h"
 
 namespace ostrel {
@@ -48,18 +49,6 @@ void appendBody(Bytes& packet, const OSCArgument& argument)
     }
 }
 
-// Rounds to nearest like a hardware conversion, spelled out because converting a double beyond
-// the float range is undefined in C++.
-float narrowed(double value)
-{
-    constexpr double largest = std::numeric_limits<float>::max();
-    constexpr double roundsToInfinity = 0x1p128 - 0x1p103; // halfway past the largest float
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    if (std::abs(value) >= roundsToInfinity) return value > 0 ? infinity : -infinity;
-    if (std::abs(value) > largest) return static_cast<float>(value > 0 ? largest : -largest);
-    return static_cast<float>(value);
-}
-
 std::optional<OSCArgument> readArgument(OSCReader& reader, char tag)
 {
     switch (tag) {
@@ -85,7 +74,7 @@ std::optional<OSCArgument> readArgument(OSCReader& reader, char tag)
         return std::nullopt;
     case 'd':
         if (auto word = reader.read64())
-            return OSCArgument::float32(narrowed(std::bit_cast<double>(*word)));
+            return OSCArgument::float32(narrowedToFloat(std::bit_cast<double>(*word)));
         return std::nullopt;
     case 'T':
         return OSCArgument::boolean(true);

@@ -7,6 +7,7 @@
 #include "FakeCaptureBackend.h"
 #include "measurement/SPLMath.h"
 #include "model/AppModel.h"
+#include "support/SteadyInterval.h"
 
 using namespace ostrel;
 using ostrel::testsupport::FakeCaptureBackend;
@@ -40,18 +41,7 @@ private:
         return result;
     }
 
-    static MeasurementInterval interval(double level)
-    {
-        MeasurementInterval value;
-        value.sampleCount = 4800;
-        value.sampleRate = 48000.0;
-        value.energy = SPLMath::power(level) * 4800.0;
-        value.peakPower = SPLMath::power(level + 3.0);
-        value.maxLevel = level;
-        value.level = level;
-        value.rawEnergy = SPLMath::power(-20.0) * 4800.0;
-        return value;
-    }
+    static MeasurementInterval interval(double level) { return testsupport::steadyInterval(level); }
 
 private slots:
     void anInertStationNeverArchivesSessionsAndALiveOneDoes()

@@ -9,6 +9,7 @@
 #include "FakeCaptureBackend.h"
 #include "measurement/SPLMath.h"
 #include "model/AppModel.h"
+#include "support/SteadyInterval.h"
 
 using namespace ostrel;
 using ostrel::testsupport::FakeCaptureBackend;
@@ -32,18 +33,7 @@ private:
             mode, std::make_unique<AppSettings>(*store), std::move(fake));
     }
 
-    static MeasurementInterval interval(double level)
-    {
-        MeasurementInterval value;
-        value.sampleCount = 4800;
-        value.sampleRate = 48000.0;
-        value.energy = SPLMath::power(level) * 4800.0;
-        value.peakPower = SPLMath::power(level + 3.0);
-        value.maxLevel = level;
-        value.level = level;
-        value.rawEnergy = SPLMath::power(-20.0) * 4800.0;
-        return value;
-    }
+    static MeasurementInterval interval(double level) { return testsupport::steadyInterval(level); }
 
     static void settle()
     {

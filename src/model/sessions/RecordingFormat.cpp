@@ -8,23 +8,13 @@
 
 #include <QtEndian>
 
+#include "common/FloatNarrowing.h"
+
 namespace ostrel::RecordingFormat {
 
 namespace {
 
 constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
-
-// Rounds to nearest like a hardware conversion, spelled out because converting a double beyond
-// the float range is undefined in C++.
-float narrowed(double value)
-{
-    constexpr double largest = std::numeric_limits<float>::max();
-    constexpr double roundsToInfinity = 0x1p128 - 0x1p103; // halfway past the largest float
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    if (std::abs(value) >= roundsToInfinity) return value > 0 ? infinity : -infinity;
-    if (std::abs(value) > largest) return static_cast<float>(value > 0 ? largest : -largest);
-    return static_cast<float>(value);
-}
 
 void putFloat64(char* frame, std::size_t offset, double value)
 {
@@ -33,7 +23,7 @@ void putFloat64(char* frame, std::size_t offset, double value)
 
 void putFloat32(char* frame, std::size_t offset, double value)
 {
-    qToLittleEndian(std::bit_cast<quint32>(narrowed(value)), frame + offset);
+    qToLittleEndian(std::bit_cast<quint32>(narrowedToFloat(value)), frame + offset);
 }
 
 void putUInt32(char* frame, std::size_t offset, std::uint32_t value)
