@@ -7,8 +7,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "model/sessions/RecordingFormat.h"
-#include "model/sessions/RecordingFrames.h"
+#include "sessions/RecordingFormat.h"
+#include "sessions/RecordingFrames.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // A minute of a plausible show, fed through the central model like live intervals, so that a
 // screenshot or a screen test shows every part of the meter filled. Deterministic.
 #include "common/Date.h"
-#include "model/AppModel.h"
+#include "station/AppModel.h"
 
 namespace ostrel::SampleContent {
 

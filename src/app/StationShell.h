@@ -9,7 +9,7 @@
 #include <QSize>
 #include <QString>
 
-#include "model/AppModel.h"
+#include "station/AppModel.h"
 
 Q_DECLARE_LOGGING_CATEGORY(ostrelUi)
 

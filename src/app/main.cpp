@@ -17,7 +17,7 @@
 #include "app/StationShell.h"
 #include "app/UnixSignals.h"
 #include "audio/QtAudioCaptureBackend.h"
-#include "model/AppModel.h"
+#include "station/AppModel.h"
 #include "views/components/Symbols.h"
 
 Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
@@ -109,8 +109,8 @@ int main(int argc, char* argv[])
     if (!shell.load()) return 1;
 
     if (rendersScreenshot) {
-        model.settings().setAppearance(*appearanceMode);
-        model.settings().setCalibrationDate(std::chrono::system_clock::now());
+        model.settings().display().setAppearance(*appearanceMode);
+        model.settings().measurement().setCalibrationDate(std::chrono::system_clock::now());
         SampleContent::feed(model, std::chrono::system_clock::now());
         shell.renderToFile(QDir::current().absoluteFilePath(parser.value(screenshot)), *windowSize);
         return QGuiApplication::exec();

@@ -5,9 +5,9 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "model/recording/SessionRecorder.h"
-#include "model/sessions/RecordingFormat.h"
-#include "model/sessions/RecordingFrames.h"
+#include "recording/SessionRecorder.h"
+#include "sessions/RecordingFormat.h"
+#include "sessions/RecordingFrames.h"
 #include "recording/RecordingSignals.h"
 
 using namespace ostrel;

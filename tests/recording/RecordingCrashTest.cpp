@@ -9,8 +9,8 @@
 
 #include <sys/wait.h>
 
-#include "model/sessions/RecordingFormat.h"
-#include "model/sessions/RecordingFrames.h"
+#include "sessions/RecordingFormat.h"
+#include "sessions/RecordingFrames.h"
 #include "recording/ChildProcess.h"
 #include "recording/RecordingSignals.h"
 

@@ -5,8 +5,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "model/recording/SessionRecorder.h"
-#include "model/sessions/RecordingFormat.h"
+#include "recording/SessionRecorder.h"
+#include "sessions/RecordingFormat.h"
 #include "recording/RecordingSignals.h"
 
 using namespace ostrel;

@@ -11,7 +11,7 @@
 
 #include "common/Date.h"
 #include "measurement/MeasurementInterval.h"
-#include "model/recording/SessionRecorder.h"
+#include "recording/SessionRecorder.h"
 
 namespace ostrel::recording_test {
 

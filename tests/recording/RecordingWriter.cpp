@@ -17,7 +17,7 @@
 
 #include <sys/resource.h>
 
-#include "model/sessions/RecordingFormat.h"
+#include "sessions/RecordingFormat.h"
 #include "recording/RecordingSignals.h"
 
 using namespace ostrel;

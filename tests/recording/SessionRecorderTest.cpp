@@ -6,9 +6,9 @@
 #include <QTemporaryDir>
 
 #include "measurement/MeasurementPipeline.h"
-#include "model/recording/SessionRecorder.h"
-#include "model/sessions/RecordingFormat.h"
-#include "model/sessions/RecordingFrames.h"
+#include "recording/SessionRecorder.h"
+#include "sessions/RecordingFormat.h"
+#include "sessions/RecordingFrames.h"
 #include "recording/RecordingSignals.h"
 #include "support/AllocationCounter.h"
 

@@ -2,8 +2,8 @@
 
 #include <QStringList>
 
-#include "model/sessions/CSVExporter.h"
-#include "model/sessions/CueTracker.h"
+#include "sessions/CSVExporter.h"
+#include "sessions/CueTracker.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;

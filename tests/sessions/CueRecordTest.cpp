@@ -2,7 +2,7 @@
 
 #include <QJsonArray>
 
-#include "model/sessions/CueRecord.h"
+#include "sessions/CueRecord.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "model/sessions/CueTracker.h"
+#include "sessions/CueTracker.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;

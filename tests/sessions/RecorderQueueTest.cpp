@@ -3,7 +3,7 @@
 #include <numeric>
 #include <thread>
 
-#include "model/sessions/RecorderQueue.h"
+#include "sessions/RecorderQueue.h"
 #include "SessionSamples.h"
 
 using namespace ostrel;

@@ -7,7 +7,7 @@
 
 #include <QtEndian>
 
-#include "model/sessions/RecordingFormat.h"
+#include "sessions/RecordingFormat.h"
 
 using namespace ostrel;
 namespace Format = ostrel::RecordingFormat;

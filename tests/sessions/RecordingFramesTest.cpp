@@ -3,8 +3,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "model/sessions/RecordingFormat.h"
-#include "model/sessions/RecordingFrames.h"
+#include "sessions/RecordingFormat.h"
+#include "sessions/RecordingFrames.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;

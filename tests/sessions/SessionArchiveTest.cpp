@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
-#include "model/sessions/SessionArchive.h"
+#include "sessions/SessionArchive.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;

@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "SessionSamples.h"
-#include "model/sessions/SessionArchive.h"
-#include "model/sessions/SessionStore.h"
+#include "sessions/SessionArchive.h"
+#include "sessions/SessionStore.h"
 
 using namespace ostrel;
 using namespace ostrel::sessions_test;

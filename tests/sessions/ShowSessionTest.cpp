@@ -2,7 +2,7 @@
 
 #include <QJsonArray>
 
-#include "model/sessions/ShowSession.h"
+#include "sessions/ShowSession.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;

@@ -10,7 +10,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "model/sessions/SessionArchive.h"
+#include "sessions/SessionArchive.h"
 #include "ostrel-analyze/AnalyzeOptions.h"
 #include "tools/AnalyzerProcess.h"
 

@@ -11,9 +11,9 @@
 
 #include "audio/AudioFileDecoder.h"
 #include "measurement/SPLMath.h"
-#include "model/sessions/RecordingFormat.h"
-#include "model/sessions/RecordingFrames.h"
-#include "model/sessions/SessionArchive.h"
+#include "sessions/RecordingFormat.h"
+#include "sessions/RecordingFrames.h"
+#include "sessions/SessionArchive.h"
 #include "ostrel-analyze/AnalyzeOptions.h"
 #include "tools/AnalyzerProcess.h"
 #include "tools/TestAudioFiles.h"

@@ -1,13 +1,13 @@
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/main/AudioNoticeModel.h"
 
 using namespace ostrel;
 using Action = AudioNoticeModel::Action;
 using Status = AudioInput::Status;
 
-class AudioNoticeModelTest : public testsupport::StationFixture { };
+class AudioNoticeModelTest : public testsupport::ViewSourcesFixture { };
 
 TEST_F(AudioNoticeModelTest, EachProblemOfTheLiveInputHasItsSentenceAndAction)
 {
@@ -52,9 +52,11 @@ TEST_F(AudioNoticeModelTest, AMachineWithoutInputsSaysSo)
 {
     auto model = make(AppModel::Mode::live, false);
     AudioNoticeModel notice;
-    notice.setAppModel(model.get());
+    show(notice, *model);
     EXPECT_FALSE(notice.hasNotice());
     QSignalSpy changes(&notice, &AudioNoticeModel::noticeChanged);
+    // The station starts its live input once it has started itself.
+    model->input().start();
     settle();
     ASSERT_EQ(model->audio().status(), Status::deviceUnavailable);
     EXPECT_TRUE(notice.hasNotice());
@@ -72,7 +74,7 @@ TEST_F(AudioNoticeModelTest, ADemoStationWithAFailedInputShowsNothing)
 {
     auto model = make(AppModel::Mode::demo, false);
     AudioNoticeModel notice;
-    notice.setAppModel(model.get());
+    show(notice, *model);
     model->audio().start(QString(), 0);
     ASSERT_EQ(model->audio().status(), Status::deviceUnavailable);
     EXPECT_FALSE(notice.hasNotice());
@@ -83,7 +85,9 @@ TEST_F(AudioNoticeModelTest, TryAgainRestartsTheInput)
     auto model = make(AppModel::Mode::live);
     backend->startError = QStringLiteral("busy");
     AudioNoticeModel notice;
-    notice.setAppModel(model.get());
+    show(notice, *model);
+    // The station starts its live input once it has started itself.
+    model->input().start();
     settle();
     ASSERT_EQ(model->audio().status(), Status::failed);
     ASSERT_EQ(notice.action(), Action::retry);
@@ -102,7 +106,9 @@ TEST_F(AudioNoticeModelTest, SoundSettingsButtonHidesWithoutATool)
     backend->permission = false;
     AudioNoticeModel notice;
     notice.setProgramFinder([](const QString&) { return QString(); });
-    notice.setAppModel(model.get());
+    show(notice, *model);
+    // The station starts its live input once it has started itself.
+    model->input().start();
     settle();
     ASSERT_EQ(notice.action(), Action::openSoundSettings);
     EXPECT_EQ(notice.actionTitle(), "Open Sound Settings");
@@ -122,7 +128,9 @@ TEST_F(AudioNoticeModelTest, SoundSettingsOpenTheToolThatIsThere)
         launched.push_back(command);
         return true;
     });
-    notice.setAppModel(model.get());
+    show(notice, *model);
+    // The station starts its live input once it has started itself.
+    model->input().start();
     settle();
     ASSERT_TRUE(notice.showsAction());
     notice.perform();

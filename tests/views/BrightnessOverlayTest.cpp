@@ -1,19 +1,19 @@
 #include <QKeySequence>
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/main/BrightnessOverlay.h"
 
 using namespace ostrel;
 
-class BrightnessOverlayTest : public testsupport::StationFixture { };
+class BrightnessOverlayTest : public testsupport::ViewSourcesFixture { };
 
 TEST_F(BrightnessOverlayTest, FullBrightnessLeavesTheWindowClear)
 {
     auto model = make(AppModel::Mode::inert);
-    model->settings().setScreenBrightness(1.0);
+    model->display().setScreenBrightness(1.0);
     BrightnessOverlay overlay;
-    overlay.setAppModel(model.get());
+    show(overlay, *model);
     EXPECT_EQ(overlay.overlayOpacity(), 0.0);
 }
 
@@ -21,8 +21,8 @@ TEST_F(BrightnessOverlayTest, LowestBrightnessIsBlackAtEightTenths)
 {
     auto model = make(AppModel::Mode::inert);
     BrightnessOverlay overlay;
-    overlay.setAppModel(model.get());
-    model->settings().setScreenBrightness(0.2);
+    show(overlay, *model);
+    model->display().setScreenBrightness(0.2);
     EXPECT_NEAR(overlay.overlayOpacity(), 0.8, 1e-12);
     EXPECT_FALSE(overlay.canDim());
     EXPECT_TRUE(overlay.canBrighten());
@@ -32,9 +32,9 @@ TEST_F(BrightnessOverlayTest, TheSliderCannotTakeTheScreenAway)
 {
     auto model = make(AppModel::Mode::inert);
     BrightnessOverlay overlay;
-    overlay.setAppModel(model.get());
+    show(overlay, *model);
     overlay.setBrightness(0.05);
-    EXPECT_EQ(model->settings().screenBrightness(), 0.2);
+    EXPECT_EQ(model->display().screenBrightness(), 0.2);
     EXPECT_NEAR(overlay.overlayOpacity(), 0.8, 1e-12);
     EXPECT_EQ(overlay.minimum(), 0.2);
     EXPECT_EQ(overlay.maximum(), 1.0);
@@ -44,11 +44,11 @@ TEST_F(BrightnessOverlayTest, BrighterFromNinetyFivePercentReachesFullAndStops)
 {
     auto model = make(AppModel::Mode::inert);
     BrightnessOverlay overlay;
-    overlay.setAppModel(model.get());
-    model->settings().setScreenBrightness(0.95);
+    show(overlay, *model);
+    model->display().setScreenBrightness(0.95);
     ASSERT_TRUE(overlay.canBrighten());
     overlay.brighter();
-    EXPECT_EQ(model->settings().screenBrightness(), 1.0);
+    EXPECT_EQ(model->display().screenBrightness(), 1.0);
     EXPECT_FALSE(overlay.canBrighten());
 }
 
@@ -56,10 +56,10 @@ TEST_F(BrightnessOverlayTest, DimmerFromAQuarterReachesTheFloorAndStops)
 {
     auto model = make(AppModel::Mode::inert);
     BrightnessOverlay overlay;
-    overlay.setAppModel(model.get());
-    model->settings().setScreenBrightness(0.25);
+    show(overlay, *model);
+    model->display().setScreenBrightness(0.25);
     overlay.dimmer();
-    EXPECT_EQ(model->settings().screenBrightness(), 0.2);
+    EXPECT_EQ(model->display().screenBrightness(), 0.2);
     EXPECT_FALSE(overlay.canDim());
 }
 
@@ -90,23 +90,23 @@ TEST_F(BrightnessOverlayTest, FollowsTheSettingAndNotifiesOncePerChange)
 {
     auto model = make(AppModel::Mode::inert);
     BrightnessOverlay overlay;
-    overlay.setAppModel(model.get());
+    show(overlay, *model);
     QSignalSpy changes(&overlay, &BrightnessOverlay::brightnessChanged);
-    model->settings().setScreenBrightness(0.5);
-    model->settings().setScreenBrightness(0.5);
+    model->display().setScreenBrightness(0.5);
+    model->display().setScreenBrightness(0.5);
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(overlay.brightness(), 0.5);
     EXPECT_EQ(overlay.accessibleValue(), "50 percent");
 }
 
-TEST_F(BrightnessOverlayTest, WithoutAModelTheWindowStaysClear)
+TEST_F(BrightnessOverlayTest, WithoutDisplaySettingsTheWindowStaysClear)
 {
     auto model = make(AppModel::Mode::inert);
-    model->settings().setScreenBrightness(0.3);
+    model->display().setScreenBrightness(0.3);
     BrightnessOverlay overlay;
-    overlay.setAppModel(model.get());
+    show(overlay, *model);
     ASSERT_NEAR(overlay.overlayOpacity(), 0.7, 1e-12);
     model.reset();
-    EXPECT_EQ(overlay.appModel(), nullptr);
+    EXPECT_EQ(overlay.display(), nullptr);
     EXPECT_EQ(overlay.overlayOpacity(), 0.0);
 }

@@ -39,12 +39,12 @@ TEST_F(ContentModelTest, AppearanceDecidesLightOrDark)
     content.setAppModel(model.get());
     EXPECT_FALSE(content.isDark());
 
-    model->settings().setAppearance(AppearanceMode::dark);
+    model->settings().display().setAppearance(AppearanceMode::dark);
     EXPECT_TRUE(content.isDark());
     systemDark = true;
-    model->settings().setAppearance(AppearanceMode::light);
+    model->settings().display().setAppearance(AppearanceMode::light);
     EXPECT_FALSE(content.isDark());
-    model->settings().setAppearance(AppearanceMode::system);
+    model->settings().display().setAppearance(AppearanceMode::system);
     EXPECT_TRUE(content.isDark());
 }
 

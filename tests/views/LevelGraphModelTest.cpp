@@ -1,7 +1,7 @@
 #include <QFontMetricsF>
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/level/LevelGraphModel.h"
 
 using namespace ostrel;
@@ -23,7 +23,7 @@ std::vector<GraphPoint> pointsAt(std::initializer_list<double> levels)
 
 } // namespace
 
-class LevelGraphModelTest : public testsupport::StationFixture { };
+class LevelGraphModelTest : public testsupport::ViewSourcesFixture { };
 
 TEST_F(LevelGraphModelTest, WithoutPointsTheScaleRunsFromFortyToAHundred)
 {
@@ -69,7 +69,7 @@ TEST_F(LevelGraphModelTest, OnlyTheLastGraphDurationIsDrawn)
 {
     auto model = make(AppModel::Mode::inert);
     LevelGraphModel graph;
-    graph.setAppModel(model.get());
+    show(graph, *model);
     graph.setPlotWidth(600.0);
     graph.setPlotHeight(150.0);
     feed(*model, 70.0, 70.0);
@@ -91,7 +91,7 @@ TEST_F(LevelGraphModelTest, LevelsMapOntoThePlotAndSilenceRunsAlongTheBottom)
 {
     auto model = make(AppModel::Mode::inert);
     LevelGraphModel graph;
-    graph.setAppModel(model.get());
+    show(graph, *model);
     graph.setPlotWidth(300.0);
     graph.setPlotHeight(100.0);
     feed(*model, 60.0, 2.0);
@@ -117,7 +117,7 @@ TEST_F(LevelGraphModelTest, MarkersOutsideTheWindowAreLeftOutAndLabelsStayInside
 {
     auto model = make(AppModel::Mode::inert);
     LevelGraphModel graph;
-    graph.setAppModel(model.get());
+    show(graph, *model);
     graph.setPlotWidth(400.0);
     graph.setPlotHeight(100.0);
     QFont font;
@@ -145,7 +145,7 @@ TEST_F(LevelGraphModelTest, WithoutPointsTheWindowEndsNow)
     auto model = make(AppModel::Mode::inert);
     LevelGraphModel graph;
     graph.setClock([this] { return clock; });
-    graph.setAppModel(model.get());
+    show(graph, *model);
     graph.setPlotWidth(600.0);
     model->meter().addMarker("Q 5", addingSeconds(clock, -15.0));
     model->meter().addMarker("Q 4", addingSeconds(clock, -75.0));
@@ -159,7 +159,7 @@ TEST_F(LevelGraphModelTest, SpokenNameCarriesTheDuration)
 {
     auto model = make(AppModel::Mode::inert);
     LevelGraphModel graph;
-    graph.setAppModel(model.get());
+    show(graph, *model);
     EXPECT_EQ(graph.accessibleName(), "Sound level over the last 60 seconds");
     QSignalSpy changes(&graph, &LevelGraphModel::accessibleNameChanged);
     model->meter().setGraphDuration(30.0);
@@ -171,7 +171,7 @@ TEST_F(LevelGraphModelTest, ARepeatedRefreshNotifiesNothing)
 {
     auto model = make(AppModel::Mode::inert);
     LevelGraphModel graph;
-    graph.setAppModel(model.get());
+    show(graph, *model);
     graph.setPlotWidth(600.0);
     graph.setPlotHeight(150.0);
     feed(*model, 70.0, 3.0);

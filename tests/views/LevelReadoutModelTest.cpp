@@ -1,18 +1,18 @@
 #include <QFontMetricsF>
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/level/LevelReadoutModel.h"
 
 using namespace ostrel;
 using Tone = LevelReadoutModel::Tone;
 
-class LevelReadoutModelTest : public testsupport::StationFixture {
+class LevelReadoutModelTest : public testsupport::ViewSourcesFixture {
 protected:
-    std::unique_ptr<AppModel> model = make(AppModel::Mode::inert);
+    std::unique_ptr<testsupport::ViewSources> model = make(AppModel::Mode::inert);
     LevelReadoutModel readout;
 
-    void SetUp() override { readout.setAppModel(model.get()); }
+    void SetUp() override { testsupport::show(readout, *model); }
 };
 
 TEST_F(LevelReadoutModelTest, BeforeTheFirstIntervalTheNumberIsInItsNoSignalForm)
@@ -55,7 +55,7 @@ TEST_F(LevelReadoutModelTest, ToneFollowsTheThresholds)
     EXPECT_EQ(readout.tone(), Tone::high);
     EXPECT_EQ(readout.colorRole(), static_cast<int>(Theme::Role::red));
 
-    model->settings().setHighThreshold(100.0);
+    model->display().setHighThreshold(100.0);
     EXPECT_EQ(readout.tone(), Tone::elevated);
     EXPECT_EQ(readout.accessibleValue(), "95.0 decibels, Elevated");
 }
@@ -83,7 +83,7 @@ TEST_F(LevelReadoutModelTest, PeakIsBlankUntilMeasuredAndSwearsOnlyWhenUnhinged)
     EXPECT_EQ(readout.peakText(), QString::number(*peak, 'f', 1));
     EXPECT_EQ(readout.peakAccessibleValue(), QString::number(*peak, 'f', 1) + " decibels");
 
-    model->settings().setUnhingedMode(true);
+    model->display().setUnhingedMode(true);
     EXPECT_EQ(readout.peakCaption(), "LOUDEST SHIT");
     EXPECT_EQ(readout.peakAccessibleName(), "Peak level");
 }

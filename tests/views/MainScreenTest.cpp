@@ -17,7 +17,7 @@
 #include "FakeCaptureBackend.h"
 #include "app/SampleContent.h"
 #include "app/SilentCaptureBackend.h"
-#include "model/AppModel.h"
+#include "station/AppModel.h"
 #include "views/components/Symbols.h"
 #include "views/main/MonitorLayout.h"
 
@@ -41,8 +41,8 @@ struct Station {
         store = std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat);
         model = std::make_unique<AppModel>(
             mode, std::make_unique<AppSettings>(*store), std::move(backend));
-        model->settings().setAppearance(appearance);
-        model->settings().setCalibrationDate(std::chrono::system_clock::now());
+        model->settings().display().setAppearance(appearance);
+        model->settings().measurement().setCalibrationDate(std::chrono::system_clock::now());
     }
 };
 
@@ -234,7 +234,7 @@ private slots:
         SampleContent::feed(*station.model, std::chrono::system_clock::now());
         Screen screen(*station.model);
         const double bright = meanLightness(render(screen, QSize(560, 720)));
-        station.model->settings().setScreenBrightness(0.2);
+        station.model->settings().display().setScreenBrightness(0.2);
         const QImage dimmed = render(screen, QSize(560, 720));
         QVERIFY(save(dimmed, QStringLiteral("main-screen-dimmed.png")));
         // Black at 0.8 over everything leaves a fifth of the light.
@@ -309,7 +309,7 @@ private slots:
         QVERIFY2(std::abs(aboveWithGraph - belowWithGraph) <= 1.0,
             qPrintable(QStringLiteral("%1 / %2").arg(aboveWithGraph).arg(belowWithGraph)));
 
-        station.model->settings().setShowModeShowsGraph(false);
+        station.model->settings().display().setShowModeShowsGraph(false);
         render(screen, size);
         QVERIFY(!screen.item("graphRow")->isVisible());
         const auto [above, below] = gaps();

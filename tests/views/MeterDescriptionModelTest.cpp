@@ -1,17 +1,17 @@
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/level/MeterDescriptionModel.h"
 
 using namespace ostrel;
 using Status = MeterDescriptionModel::Status;
 
-class MeterDescriptionModelTest : public testsupport::StationFixture {
+class MeterDescriptionModelTest : public testsupport::ViewSourcesFixture {
 protected:
-    std::unique_ptr<AppModel> model = make(AppModel::Mode::inert);
+    std::unique_ptr<testsupport::ViewSources> model = make(AppModel::Mode::inert);
     MeterDescriptionModel description;
 
-    void SetUp() override { description.setAppModel(model.get()); }
+    void SetUp() override { testsupport::show(description, *model); }
 };
 
 TEST_F(MeterDescriptionModelTest, NoSignalOutranksClippingWhichOutranksTheRange)
@@ -60,11 +60,11 @@ TEST_F(MeterDescriptionModelTest, UnhingedWordingChangesTheVisibleTextOnly)
 
     feed(*model, 99.0, 0.1);
     QSignalSpy changes(&description, &MeterDescriptionModel::statusTextChanged);
-    model->settings().setUnhingedMode(true);
+    model->display().setUnhingedMode(true);
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(description.statusText(), "WHAT THE FUCK, TURN IT DOWN");
     EXPECT_EQ(description.statusAccessibleText(), "High");
-    model->settings().setUnhingedMode(false);
+    model->display().setUnhingedMode(false);
     EXPECT_EQ(description.statusText(), "High");
 }
 
@@ -76,10 +76,10 @@ TEST_F(MeterDescriptionModelTest, UncalibratedWarningShowsUntilCalibrated)
     EXPECT_EQ(description.uncalibratedHelp(),
         "Readings aren't accurate until you calibrate your microphone. Click to open "
         "Settings.");
-    model->settings().setUnhingedMode(true);
+    model->display().setUnhingedMode(true);
     EXPECT_EQ(description.uncalibratedText(), "Uncalibrated (it's lying to you)");
 
-    model->settings().setCalibrationDate(clock);
+    model->measurement().setCalibrationDate(clock);
     EXPECT_FALSE(description.showsUncalibrated());
 }
 
@@ -88,8 +88,8 @@ TEST_F(MeterDescriptionModelTest, MeterSettingShowsWeightingAndResponseSymbols)
     EXPECT_EQ(description.weightingText(), "A");
     EXPECT_EQ(description.responseText(), "FAST");
     QSignalSpy changes(&description, &MeterDescriptionModel::meterSettingChanged);
-    model->settings().setWeighting(FrequencyWeighting::c);
-    model->settings().setResponse(TimeWeighting::slow);
+    model->measurement().setWeighting(FrequencyWeighting::c);
+    model->measurement().setResponse(TimeWeighting::slow);
     EXPECT_EQ(description.weightingText(), "C");
     EXPECT_EQ(description.responseText(), "SLOW");
     EXPECT_EQ(changes.count(), 2);

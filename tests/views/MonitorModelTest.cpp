@@ -1,19 +1,21 @@
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/main/MonitorModel.h"
 
 using namespace ostrel;
 
-class MonitorModelTest : public testsupport::StationFixture { };
+class MonitorModelTest : public testsupport::ViewSourcesFixture { };
 
 TEST_F(MonitorModelTest, ADeniedMicrophoneReplacesTheReadout)
 {
     auto model = make(AppModel::Mode::live);
     backend->permission = false;
     MonitorModel monitor;
-    monitor.setAppModel(model.get());
+    show(monitor, *model);
     EXPECT_TRUE(monitor.showsReadout());
+    // The station starts its live input once it has started itself.
+    model->input().start();
     settle();
     ASSERT_EQ(model->audio().status(), AudioInput::Status::permissionDenied);
     EXPECT_FALSE(monitor.showsReadout());
@@ -24,7 +26,7 @@ TEST_F(MonitorModelTest, TheNoSignalLineFollowsTheMeter)
 {
     auto model = make(AppModel::Mode::inert);
     MonitorModel monitor;
-    monitor.setAppModel(model.get());
+    show(monitor, *model);
     EXPECT_FALSE(monitor.showsNoSignalText());
     feed(*model, 30.0, 2.5, -140.0);
     EXPECT_TRUE(monitor.showsNoSignalText());
@@ -37,10 +39,10 @@ TEST_F(MonitorModelTest, TheGraphRowFollowsTheSetting)
 {
     auto model = make(AppModel::Mode::inert);
     MonitorModel monitor;
-    monitor.setAppModel(model.get());
+    show(monitor, *model);
     QSignalSpy changes(&monitor, &MonitorModel::showsGraphChanged);
     EXPECT_TRUE(monitor.showsGraph());
-    model->settings().setShowModeShowsGraph(false);
+    model->display().setShowModeShowsGraph(false);
     EXPECT_FALSE(monitor.showsGraph());
     EXPECT_EQ(changes.count(), 1);
 }

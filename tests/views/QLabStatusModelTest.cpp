@@ -1,12 +1,12 @@
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/components/Theme.h"
 #include "views/qlab/QLabStatusModel.h"
 
 using namespace ostrel;
 
-class QLabStatusModelTest : public testsupport::StationFixture { };
+class QLabStatusModelTest : public testsupport::ViewSourcesFixture { };
 
 namespace {
 
@@ -47,7 +47,7 @@ TEST_F(QLabStatusModelTest, FollowsTheClientOfTheModel)
 {
     auto model = make(AppModel::Mode::inert);
     QLabStatusModel status;
-    status.setAppModel(model.get());
+    show(status, *model);
     EXPECT_EQ(status.text(), "QLab Not Connected");
     EXPECT_FALSE(status.hasHelp());
     EXPECT_EQ(status.spacing(), 6.0);
@@ -71,7 +71,7 @@ TEST_F(QLabStatusModelTest, WithoutAModelItReadsNotConnected)
     QLabStatusModel status;
     EXPECT_EQ(status.text(), "QLab Not Connected");
     auto model = make(AppModel::Mode::inert);
-    status.setAppModel(model.get());
+    show(status, *model);
     model->qlab().simulate(QLabClientState::connected, QStringLiteral("Evening Show"), {});
     model.reset();
     EXPECT_EQ(status.text(), "QLab Not Connected");

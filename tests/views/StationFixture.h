@@ -12,7 +12,7 @@
 
 #include "FakeCaptureBackend.h"
 #include "measurement/SPLMath.h"
-#include "model/AppModel.h"
+#include "station/AppModel.h"
 
 namespace ostrel::testsupport {
 

@@ -1,11 +1,11 @@
 #include <QSignalSpy>
 
-#include "StationFixture.h"
+#include "ViewSources.h"
 #include "views/level/StatisticsFooterModel.h"
 
 using namespace ostrel;
 
-class StatisticsFooterModelTest : public testsupport::StationFixture { };
+class StatisticsFooterModelTest : public testsupport::ViewSourcesFixture { };
 
 TEST_F(StatisticsFooterModelTest, StatisticsAreBlankWithoutData)
 {
@@ -16,7 +16,7 @@ TEST_F(StatisticsFooterModelTest, StatisticsAreBlankWithoutData)
 
     auto model = make(AppModel::Mode::inert);
     StatisticsFooterModel footer;
-    footer.setAppModel(model.get());
+    show(footer, *model);
     EXPECT_EQ(footer.peakText(), "");
     EXPECT_EQ(footer.leqText(), "");
     EXPECT_EQ(footer.maxText(), "");
@@ -29,7 +29,7 @@ TEST_F(StatisticsFooterModelTest, ValuesAreDecibelsWithOneDecimal)
 {
     auto model = make(AppModel::Mode::inert);
     StatisticsFooterModel footer;
-    footer.setAppModel(model.get());
+    show(footer, *model);
     QSignalSpy changes(&footer, &StatisticsFooterModel::valuesChanged);
     // Steady 80 dB: Leq 80, Peak 83 and Max 81 by how the intervals are made.
     feed(*model, 80.0, 1.0);
@@ -43,7 +43,7 @@ TEST_F(StatisticsFooterModelTest, ResettingBlanksTheFooterAgain)
 {
     auto model = make(AppModel::Mode::inert);
     StatisticsFooterModel footer;
-    footer.setAppModel(model.get());
+    show(footer, *model);
     feed(*model, 80.0, 1.0);
     ASSERT_FALSE(footer.leqText().isEmpty());
     model->meter().resetStatistics();

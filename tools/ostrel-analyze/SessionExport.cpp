@@ -7,8 +7,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include "model/sessions/CSVExporter.h"
-#include "model/sessions/SessionArchive.h"
+#include "sessions/CSVExporter.h"
+#include "sessions/SessionArchive.h"
 
 namespace ostrel::analyze {
 

@@ -3,9 +3,9 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "model/recording/SessionRecorder.h"
-#include "model/sessions/RecordingFormat.h"
-#include "model/sessions/SessionArchive.h"
+#include "recording/SessionRecorder.h"
+#include "sessions/RecordingFormat.h"
+#include "sessions/SessionArchive.h"
 
 namespace ostrel::analyze {
 

@@ -9,8 +9,8 @@
 
 #include "common/Date.h"
 #include "measurement/MeasurementInterval.h"
-#include "model/recording/SessionRecorder.h"
-#include "model/sessions/SessionStore.h"
+#include "recording/SessionRecorder.h"
+#include "sessions/SessionStore.h"
 
 namespace ostrel::analyze {
 

@@ -3,7 +3,7 @@
 // Gives the central model its QML name, so that every view declares it as a typed input.
 #include <QtQml/qqml.h>
 
-#include "model/AppModel.h"
+#include "station/AppModel.h"
 
 namespace ostrel {
 

@@ -9,26 +9,22 @@ ViewModel::~ViewModel()
     detach();
 }
 
-void ViewModel::setAppModel(AppModel* model)
-{
-    if (model == model_) return;
-    detach();
-    model_ = model;
-    if (model) {
-        track(connect(model, &QObject::destroyed, this, [this] {
-            detach();
-            refresh();
-            emit appModelChanged();
-        }));
-        attach(*model);
-    }
-    refresh();
-    emit appModelChanged();
-}
-
-void ViewModel::attach(AppModel&) { }
+void ViewModel::attach() { }
 
 void ViewModel::refresh() { }
+
+void ViewModel::watch(QObject* source)
+{
+    // A source that goes reads as none from then on: its pointer is already cleared here.
+    if (source) track(connect(source, &QObject::destroyed, this, &ViewModel::reattach));
+}
+
+void ViewModel::reattach()
+{
+    detach();
+    attach();
+    refresh();
+}
 
 void ViewModel::detach()
 {

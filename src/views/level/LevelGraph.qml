@@ -8,7 +8,7 @@ import Ostrel.Level
 Item {
     id: root
 
-    required property AppModel appModel
+    required property MeterModel meter
     property real lineWidth: 2
     readonly property LevelGraphModel graph: graphModel
 
@@ -17,7 +17,7 @@ Item {
 
     LevelGraphModel {
         id: graphModel
-        appModel: root.appModel
+        meter: root.meter
         plotWidth: plot.width
         plotHeight: plot.height
         markerFont: captionMetrics.font

@@ -123,13 +123,14 @@ QVariantList LevelGraphModel::markers() const
     return list;
 }
 
-void LevelGraphModel::attach(AppModel& model)
+void LevelGraphModel::attach()
 {
     const auto update = [this] { refresh(); };
-    MeterModel* meter = &model.meter();
-    track(connect(meter, &MeterModel::graphPointsChanged, this, update));
-    track(connect(meter, &MeterModel::markersChanged, this, update));
-    track(connect(meter, &MeterModel::graphDurationChanged, this, update));
+    watch(meter_);
+    if (!meter_) return;
+    track(connect(meter_, &MeterModel::graphPointsChanged, this, update));
+    track(connect(meter_, &MeterModel::markersChanged, this, update));
+    track(connect(meter_, &MeterModel::graphDurationChanged, this, update));
 }
 
 double LevelGraphModel::xFor(Date date, Span span, double duration) const
@@ -148,12 +149,11 @@ double LevelGraphModel::yFor(double level) const
 
 void LevelGraphModel::refresh()
 {
-    AppModel* model = appModel();
     static const std::vector<GraphPoint> none;
     static const std::vector<GraphMarker> noMarkers;
-    const auto& points = model ? model->meter().graphPoints() : none;
-    const auto& allMarkers = model ? model->meter().markers() : noMarkers;
-    const double duration = model ? model->meter().graphDuration() : 60.0;
+    const auto& points = meter_ ? meter_->graphPoints() : none;
+    const auto& allMarkers = meter_ ? meter_->markers() : noMarkers;
+    const double duration = meter_ ? meter_->graphDuration() : 60.0;
 
     const Span window = span(points, duration, clock_());
     const auto inside = pointsInside(points, window);

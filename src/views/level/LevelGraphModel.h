@@ -6,6 +6,7 @@
 #include <functional>
 #include <vector>
 
+#include <QPointer>
 #include <QFont>
 #include <QList>
 #include <QPointF>
@@ -17,12 +18,14 @@
 #include "common/Date.h"
 #include "model/MeterTypes.h"
 #include "views/components/ViewModel.h"
+#include "model/MeterModel.h"
 
 namespace ostrel {
 
 class LevelGraphModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::MeterModel* meter READ meter WRITE setMeter NOTIFY meterChanged)
     Q_PROPERTY(double plotWidth READ plotWidth WRITE setPlotWidth NOTIFY plotWidthChanged)
     Q_PROPERTY(double plotHeight READ plotHeight WRITE setPlotHeight NOTIFY plotHeightChanged)
     Q_PROPERTY(QFont markerFont READ markerFont WRITE setMarkerFont NOTIFY markerFontChanged)
@@ -38,6 +41,9 @@ class LevelGraphModel : public ostrel::ViewModel {
     Q_PROPERTY(QString accessibleName READ accessibleName NOTIFY accessibleNameChanged)
 
 public:
+    MeterModel* meter() const { return meter_.data(); }
+    void setMeter(MeterModel* value) { setSource(meter_, value, &LevelGraphModel::meterChanged); }
+
     struct Domain {
         double low = 40.0;
         double high = 100.0;
@@ -97,6 +103,7 @@ public:
     QString accessibleName() const { return accessibleName_; }
 
 signals:
+    void meterChanged();
     void plotWidthChanged();
     void plotHeightChanged();
     void markerFontChanged();
@@ -106,10 +113,11 @@ signals:
     void accessibleNameChanged();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    QPointer<MeterModel> meter_;
     double xFor(Date date, Span span, double duration) const;
     double yFor(double level) const;
 

@@ -8,7 +8,9 @@ import Ostrel.Level
 Item {
     id: root
 
-    required property AppModel appModel
+    required property MeterModel meter
+    required property MeasurementSettings measurement
+    required property DisplaySettings display
     property real numberSize: 132
     readonly property LevelReadoutModel readout: readoutModel
 
@@ -17,7 +19,8 @@ Item {
 
     LevelReadoutModel {
         id: readoutModel
-        appModel: root.appModel
+        meter: root.meter
+        display: root.display
         numberSize: root.numberSize
     }
 
@@ -45,7 +48,9 @@ Item {
         MeterDescription {
             Layout.alignment: Qt.AlignHCenter
             Layout.topMargin: readoutModel.padding
-            appModel: root.appModel
+            meter: root.meter
+            measurement: root.measurement
+            display: root.display
             size: readoutModel.descriptionSize
         }
     }

@@ -140,27 +140,29 @@ double LevelReadoutModel::descriptionSize() const
     return std::max(0.17 * numberSize_, 12.0);
 }
 
-void LevelReadoutModel::attach(AppModel& model)
+void LevelReadoutModel::attach()
 {
     const auto update = [this] { refresh(); };
-    MeterModel* meter = &model.meter();
-    AppSettings* settings = &model.settings();
-    track(connect(meter, &MeterModel::levelChanged, this, update));
-    track(connect(meter, &MeterModel::hasSignalChanged, this, update));
-    track(connect(meter, &MeterModel::statisticsChanged, this, update));
-    track(connect(settings, &AppSettings::elevatedThresholdChanged, this, update));
-    track(connect(settings, &AppSettings::highThresholdChanged, this, update));
-    track(connect(settings, &AppSettings::unhingedModeChanged, this, update));
+    watch(meter_);
+    watch(display_);
+    if (meter_) {
+        track(connect(meter_, &MeterModel::levelChanged, this, update));
+        track(connect(meter_, &MeterModel::hasSignalChanged, this, update));
+        track(connect(meter_, &MeterModel::statisticsChanged, this, update));
+    }
+    if (display_) {
+        track(connect(display_, &DisplaySettings::elevatedThresholdChanged, this, update));
+        track(connect(display_, &DisplaySettings::highThresholdChanged, this, update));
+        track(connect(display_, &DisplaySettings::unhingedModeChanged, this, update));
+    }
 }
 
 void LevelReadoutModel::refresh()
 {
-    AppModel* model = appModel();
-    const std::optional<double> level = model ? model->meter().level() : std::nullopt;
-    const bool hasSignal = model && model->meter().hasSignal();
-    const LevelRange range
-        = model && level ? model->settings().levelRange(*level) : LevelRange::normal;
-    const bool unhinged = model && model->settings().unhingedMode();
+    const std::optional<double> level = meter_ ? meter_->level() : std::nullopt;
+    const bool hasSignal = meter_ && meter_->hasSignal();
+    const LevelRange range = display_ && level ? display_->levelRange(*level) : LevelRange::normal;
+    const bool unhinged = display_ && display_->unhingedMode();
 
     setNumberText(numberText(level, hasSignal));
     setTone(tone(level, hasSignal, range));
@@ -169,7 +171,7 @@ void LevelReadoutModel::refresh()
 
     QString peakText = QString::fromUtf16(LevelText::missing);
     QString peakSpoken = QStringLiteral("None");
-    if (const auto peak = model ? model->meter().statistics().peak() : std::nullopt) {
+    if (const auto peak = meter_ ? meter_->statistics().peak() : std::nullopt) {
         peakText = LevelText::number(*peak);
         peakSpoken = peakText + QStringLiteral(" decibels");
     }

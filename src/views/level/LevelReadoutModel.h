@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include <QPointer>
 #include <QFont>
 #include <QString>
 #include <QVariantList>
@@ -14,12 +15,16 @@
 #include "measurement/LevelRange.h"
 #include "views/components/Theme.h"
 #include "views/components/ViewModel.h"
+#include "model/MeterModel.h"
+#include "model/DisplaySettings.h"
 
 namespace ostrel {
 
 class LevelReadoutModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::MeterModel* meter READ meter WRITE setMeter NOTIFY meterChanged)
+    Q_PROPERTY(ostrel::DisplaySettings* display READ display WRITE setDisplay NOTIFY displayChanged)
     Q_PROPERTY(double numberSize READ numberSize WRITE setNumberSize NOTIFY numberSizeChanged)
     Q_PROPERTY(QString numberText READ numberText NOTIFY numberTextChanged)
     Q_PROPERTY(QFont numberFont READ numberFont WRITE setNumberFont NOTIFY numberFontChanged)
@@ -43,6 +48,11 @@ class LevelReadoutModel : public ostrel::ViewModel {
     Q_PROPERTY(double padding READ padding NOTIFY numberSizeChanged)
 
 public:
+    MeterModel* meter() const { return meter_.data(); }
+    void setMeter(MeterModel* value) { setSource(meter_, value, &LevelReadoutModel::meterChanged); }
+    DisplaySettings* display() const { return display_.data(); }
+    void setDisplay(DisplaySettings* value) { setSource(display_, value, &LevelReadoutModel::displayChanged); }
+
     enum class Tone { normal, elevated, high, noSignal };
     Q_ENUM(Tone)
 
@@ -91,6 +101,8 @@ public:
     double padding() const { return 0.06 * numberSize_; }
 
 signals:
+    void meterChanged();
+    void displayChanged();
     void numberSizeChanged();
     void numberTextChanged();
     void numberFontChanged();
@@ -102,10 +114,12 @@ signals:
     void peakAccessibleValueChanged();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    QPointer<MeterModel> meter_;
+    QPointer<DisplaySettings> display_;
     void setNumberText(const QString& value);
     void updateCells();
     void setTone(Tone value);

@@ -7,7 +7,9 @@ import Ostrel.Level
 Row {
     id: root
 
-    required property AppModel appModel
+    required property MeterModel meter
+    required property MeasurementSettings measurement
+    required property DisplaySettings display
     property real size: 22
     readonly property MeterDescriptionModel description: descriptionModel
 
@@ -15,7 +17,9 @@ Row {
 
     MeterDescriptionModel {
         id: descriptionModel
-        appModel: root.appModel
+        meter: root.meter
+        measurement: root.measurement
+        display: root.display
         size: root.size
     }
 

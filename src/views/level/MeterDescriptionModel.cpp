@@ -90,26 +90,32 @@ void MeterDescriptionModel::openSettings()
     emit settingsRequested();
 }
 
-void MeterDescriptionModel::attach(AppModel& model)
+void MeterDescriptionModel::attach()
 {
     const auto update = [this] { refresh(); };
-    MeterModel* meter = &model.meter();
-    AppSettings* settings = &model.settings();
-    track(connect(meter, &MeterModel::levelChanged, this, update));
-    track(connect(meter, &MeterModel::hasSignalChanged, this, update));
-    track(connect(meter, &MeterModel::isClippingChanged, this, update));
-    track(connect(settings, &AppSettings::elevatedThresholdChanged, this, update));
-    track(connect(settings, &AppSettings::highThresholdChanged, this, update));
-    track(connect(settings, &AppSettings::unhingedModeChanged, this, update));
-    track(connect(settings, &AppSettings::weightingChanged, this, update));
-    track(connect(settings, &AppSettings::responseChanged, this, update));
-    track(connect(settings, &AppSettings::calibrationDateChanged, this, update));
+    watch(meter_);
+    watch(measurement_);
+    watch(display_);
+    if (meter_) {
+        track(connect(meter_, &MeterModel::levelChanged, this, update));
+        track(connect(meter_, &MeterModel::hasSignalChanged, this, update));
+        track(connect(meter_, &MeterModel::isClippingChanged, this, update));
+    }
+    if (display_) {
+        track(connect(display_, &DisplaySettings::elevatedThresholdChanged, this, update));
+        track(connect(display_, &DisplaySettings::highThresholdChanged, this, update));
+        track(connect(display_, &DisplaySettings::unhingedModeChanged, this, update));
+    }
+    if (measurement_) {
+        track(connect(measurement_, &MeasurementSettings::weightingChanged, this, update));
+        track(connect(measurement_, &MeasurementSettings::responseChanged, this, update));
+        track(connect(measurement_, &MeasurementSettings::calibrationDateChanged, this, update));
+    }
 }
 
 void MeterDescriptionModel::refresh()
 {
-    AppModel* model = appModel();
-    if (!model) {
+    if (!meter_ || !measurement_ || !display_) {
         setMeterSetting(QString(), QString());
         setStatus(Status::noSignal);
         setStatusText(text(Status::noSignal, false));
@@ -117,17 +123,17 @@ void MeterDescriptionModel::refresh()
         setUncalibratedText(QStringLiteral("Uncalibrated"));
         return;
     }
-    const AppSettings& settings = model->settings();
-    const MeterModel& meter = model->meter();
-    const bool unhinged = settings.unhingedMode();
+    const MeterModel& meter = *meter_;
+    const bool unhinged = display_->unhingedMode();
     const auto level = meter.level();
-    const LevelRange range = level ? settings.levelRange(*level) : LevelRange::normal;
+    const LevelRange range = level ? display_->levelRange(*level) : LevelRange::normal;
 
     // A secondary's mirrored setting takes this place once the crew link lands.
-    setMeterSetting(fromView(symbol(settings.weighting())), fromView(symbol(settings.response())));
+    setMeterSetting(fromView(symbol(measurement_->weighting())),
+        fromView(symbol(measurement_->response())));
     setStatus(status(level, meter.hasSignal(), meter.isClipping(), range));
     setStatusText(text(status_, unhinged));
-    setShowsUncalibrated(!settings.isCalibrated());
+    setShowsUncalibrated(!measurement_->isCalibrated());
     setUncalibratedText(unhinged ? QStringLiteral("Uncalibrated (it's lying to you)")
                                  : QStringLiteral("Uncalibrated"));
 }

@@ -4,18 +4,25 @@
 // is calibrated, a warning that the readings are not accurate.
 #include <optional>
 
+#include <QPointer>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include "measurement/LevelRange.h"
 #include "views/components/Theme.h"
 #include "views/components/ViewModel.h"
+#include "model/MeterModel.h"
+#include "measurement/MeasurementSettings.h"
+#include "model/DisplaySettings.h"
 
 namespace ostrel {
 
 class MeterDescriptionModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::MeterModel* meter READ meter WRITE setMeter NOTIFY meterChanged)
+    Q_PROPERTY(ostrel::MeasurementSettings* measurement READ measurement WRITE setMeasurement NOTIFY measurementChanged)
+    Q_PROPERTY(ostrel::DisplaySettings* display READ display WRITE setDisplay NOTIFY displayChanged)
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged)
     Q_PROPERTY(double spacing READ spacing NOTIFY sizeChanged)
     Q_PROPERTY(QString weightingText READ weightingText NOTIFY meterSettingChanged)
@@ -30,6 +37,13 @@ class MeterDescriptionModel : public ostrel::ViewModel {
     Q_PROPERTY(int uncalibratedColorRole READ uncalibratedColorRole CONSTANT)
 
 public:
+    MeterModel* meter() const { return meter_.data(); }
+    void setMeter(MeterModel* value) { setSource(meter_, value, &MeterDescriptionModel::meterChanged); }
+    MeasurementSettings* measurement() const { return measurement_.data(); }
+    void setMeasurement(MeasurementSettings* value) { setSource(measurement_, value, &MeterDescriptionModel::measurementChanged); }
+    DisplaySettings* display() const { return display_.data(); }
+    void setDisplay(DisplaySettings* value) { setSource(display_, value, &MeterDescriptionModel::displayChanged); }
+
     enum class Status { noSignal, inputOverload, high, elevated, normal };
     Q_ENUM(Status)
 
@@ -61,6 +75,9 @@ public:
     Q_INVOKABLE void openSettings();
 
 signals:
+    void meterChanged();
+    void measurementChanged();
+    void displayChanged();
     void sizeChanged();
     void meterSettingChanged();
     void statusChanged();
@@ -70,10 +87,13 @@ signals:
     void settingsRequested();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    QPointer<MeterModel> meter_;
+    QPointer<MeasurementSettings> measurement_;
+    QPointer<DisplaySettings> display_;
     void setMeterSetting(const QString& weighting, const QString& response);
     void setStatus(Status value);
     void setStatusText(const QString& value);

@@ -7,7 +7,7 @@ import Ostrel.Level
 RowLayout {
     id: root
 
-    required property AppModel appModel
+    required property MeterModel meter
     property real fontSize: 14
     readonly property StatisticsFooterModel footer: footerModel
 
@@ -15,7 +15,7 @@ RowLayout {
 
     StatisticsFooterModel {
         id: footerModel
-        appModel: root.appModel
+        meter: root.meter
         fontSize: root.fontSize
     }
 

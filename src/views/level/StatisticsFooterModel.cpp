@@ -21,15 +21,16 @@ void StatisticsFooterModel::setFontSize(double value)
     emit fontSizeChanged();
 }
 
-void StatisticsFooterModel::attach(AppModel& model)
+void StatisticsFooterModel::attach()
 {
-    track(connect(&model.meter(), &MeterModel::statisticsChanged, this, [this] { refresh(); }));
+    watch(meter_);
+    if (meter_)
+        track(connect(meter_, &MeterModel::statisticsChanged, this, [this] { refresh(); }));
 }
 
 void StatisticsFooterModel::refresh()
 {
-    AppModel* model = appModel();
-    const Texts next = model ? texts(model->meter().statistics()) : Texts {};
+    const Texts next = meter_ ? texts(meter_->statistics()) : Texts {};
     if (next == texts_) return;
     texts_ = next;
     emit valuesChanged();

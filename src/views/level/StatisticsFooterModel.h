@@ -1,17 +1,20 @@
 #pragma once
 
 // Peak, Leq and Max along the bottom of the screen, blank until there is something to add up.
+#include <QPointer>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include "measurement/LevelStatistics.h"
 #include "views/components/ViewModel.h"
+#include "model/MeterModel.h"
 
 namespace ostrel {
 
 class StatisticsFooterModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::MeterModel* meter READ meter WRITE setMeter NOTIFY meterChanged)
     Q_PROPERTY(double fontSize READ fontSize WRITE setFontSize NOTIFY fontSizeChanged)
     Q_PROPERTY(double captionSpacing READ captionSpacing NOTIFY fontSizeChanged)
     Q_PROPERTY(QString peakCaption READ peakCaption CONSTANT)
@@ -22,6 +25,9 @@ class StatisticsFooterModel : public ostrel::ViewModel {
     Q_PROPERTY(QString maxText READ maxText NOTIFY valuesChanged)
 
 public:
+    MeterModel* meter() const { return meter_.data(); }
+    void setMeter(MeterModel* value) { setSource(meter_, value, &StatisticsFooterModel::meterChanged); }
+
     struct Texts {
         QString peak;
         QString leq;
@@ -44,14 +50,16 @@ public:
     QString maxText() const { return texts_.max; }
 
 signals:
+    void meterChanged();
     void fontSizeChanged();
     void valuesChanged();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    QPointer<MeterModel> meter_;
     double fontSize_ = 14.0;
     Texts texts_;
 };

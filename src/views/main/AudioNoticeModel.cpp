@@ -84,20 +84,29 @@ void AudioNoticeModel::perform()
         emit settingsRequested();
         return;
     case Action::retry:
-        if (AppModel* model = appModel()) model->restartAudio();
+        if (input_ && mode_ == AppModel::Mode::live) input_->restart();
         return;
     }
 }
 
-void AudioNoticeModel::attach(AppModel& model)
+void AudioNoticeModel::attach()
 {
-    track(connect(&model.audio(), &AudioInput::statusChanged, this, [this] { refresh(); }));
+    watch(input_);
+    if (input_)
+        track(connect(&input_->audio(), &AudioInput::statusChanged, this, [this] { refresh(); }));
+}
+
+void AudioNoticeModel::setMode(AppModel::Mode value)
+{
+    if (value == mode_) return;
+    mode_ = value;
+    emit modeChanged();
+    refresh();
 }
 
 void AudioNoticeModel::refresh()
 {
-    AppModel* model = appModel();
-    const auto next = model ? notice(model->mode(), model->audio().status()) : std::nullopt;
+    const auto next = input_ ? notice(mode_, input_->audio().status()) : std::nullopt;
     if (next == notice_) return;
     notice_ = next;
     emit noticeChanged();

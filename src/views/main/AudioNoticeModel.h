@@ -5,19 +5,23 @@
 #include <functional>
 #include <optional>
 
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
 #include "audio/AudioInput.h"
-#include "model/AppModel.h"
+#include "station/AppModel.h"
 #include "views/components/ViewModel.h"
+#include "station/LiveInput.h"
 
 namespace ostrel {
 
 class AudioNoticeModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::AppModel::Mode mode READ mode WRITE setMode NOTIFY modeChanged)
+    Q_PROPERTY(ostrel::LiveInput* input READ input WRITE setInput NOTIFY inputChanged)
     Q_PROPERTY(bool hasNotice READ hasNotice NOTIFY noticeChanged)
     Q_PROPERTY(QString message READ message NOTIFY noticeChanged)
     Q_PROPERTY(QString actionTitle READ actionTitle NOTIFY noticeChanged)
@@ -27,6 +31,12 @@ class AudioNoticeModel : public ostrel::ViewModel {
     Q_PROPERTY(QString symbol READ symbol CONSTANT)
 
 public:
+    // Demo and inert stations never show the audio notice.
+    AppModel::Mode mode() const { return mode_; }
+    void setMode(AppModel::Mode value);
+    LiveInput* input() const { return input_.data(); }
+    void setInput(LiveInput* value) { setSource(input_, value, &AudioNoticeModel::inputChanged); }
+
     enum class Action { none, openSoundSettings, chooseInput, retry };
     Q_ENUM(Action)
 
@@ -67,15 +77,19 @@ public:
     Q_INVOKABLE void perform();
 
 signals:
+    void modeChanged();
+    void inputChanged();
     void noticeChanged();
     // "Choose Input" opens the input settings once they exist.
     void settingsRequested();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    AppModel::Mode mode_ = AppModel::Mode::live;
+    QPointer<LiveInput> input_;
     std::optional<Notice> notice_;
     ProgramFinder find_;
     std::function<bool(const Command&)> launch_;

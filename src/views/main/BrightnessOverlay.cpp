@@ -3,7 +3,7 @@
 #include <QKeySequence>
 #include <cmath>
 
-#include "model/SettingsStore.h"
+#include "model/DisplaySettings.h"
 
 namespace ostrel {
 
@@ -30,17 +30,17 @@ QString BrightnessOverlay::accessibleValue(double brightness)
 
 void BrightnessOverlay::setBrightness(double value)
 {
-    if (AppModel* model = appModel()) model->settings().setScreenBrightness(value);
+    if (display_) display_->setScreenBrightness(value);
 }
 
 double BrightnessOverlay::minimum() const
 {
-    return SettingsStore::clampedBrightness(0.0);
+    return DisplaySettings::clampedBrightness(0.0);
 }
 
 double BrightnessOverlay::maximum() const
 {
-    return SettingsStore::clampedBrightness(2.0);
+    return DisplaySettings::clampedBrightness(2.0);
 }
 
 QString BrightnessOverlay::helpText() const
@@ -78,16 +78,18 @@ void BrightnessOverlay::dimmer()
     if (canDim()) setBrightness(brightness_ - step);
 }
 
-void BrightnessOverlay::attach(AppModel& model)
+void BrightnessOverlay::attach()
 {
-    track(connect(
-        &model.settings(), &AppSettings::screenBrightnessChanged, this, [this] { refresh(); }));
+    watch(display_);
+    if (display_) {
+        track(connect(
+            display_, &DisplaySettings::screenBrightnessChanged, this, [this] { refresh(); }));
+    }
 }
 
 void BrightnessOverlay::refresh()
 {
-    AppModel* model = appModel();
-    const double next = model ? model->settings().screenBrightness() : 1.0;
+    const double next = display_ ? display_->screenBrightness() : 1.0;
     if (next == brightness_) return;
     brightness_ = next;
     emit brightnessChanged();

@@ -4,16 +4,19 @@
 // opacity 1 - brightness dims this window only, and at the lowest setting of 0.2 the window still
 // shows at a fifth, so an operator can't lose the screen. Also the slider's and the shortcuts'
 // side of it.
+#include <QPointer>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include "views/components/ViewModel.h"
+#include "model/DisplaySettings.h"
 
 namespace ostrel {
 
 class BrightnessOverlay : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::DisplaySettings* display READ display WRITE setDisplay NOTIFY displayChanged)
     Q_PROPERTY(double brightness READ brightness WRITE setBrightness NOTIFY brightnessChanged)
     Q_PROPERTY(double overlayOpacity READ overlayOpacity NOTIFY brightnessChanged)
     Q_PROPERTY(bool canBrighten READ canBrighten NOTIFY brightnessChanged)
@@ -31,6 +34,9 @@ class BrightnessOverlay : public ostrel::ViewModel {
     Q_PROPERTY(QString brighterSymbol READ brighterSymbol CONSTANT)
 
 public:
+    DisplaySettings* display() const { return display_.data(); }
+    void setDisplay(DisplaySettings* value) { setSource(display_, value, &BrightnessOverlay::displayChanged); }
+
     static constexpr double step = 0.1;
 
     explicit BrightnessOverlay(QObject* parent = nullptr);
@@ -63,13 +69,15 @@ public:
     Q_INVOKABLE void dimmer();
 
 signals:
+    void displayChanged();
     void brightnessChanged();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    QPointer<DisplaySettings> display_;
     double brightness_ = 1.0;
 };
 

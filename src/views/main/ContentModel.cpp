@@ -23,31 +23,34 @@ void ContentModel::setSystemIsDark(std::function<bool()> systemIsDark)
 
 void ContentModel::dismissError()
 {
-    if (AppModel* model = appModel()) model->setErrorMessage(std::nullopt);
+    if (AppModel* model = appModel_) model->setErrorMessage(std::nullopt);
 }
 
 void ContentModel::start()
 {
-    if (AppModel* model = appModel()) model->start();
+    if (AppModel* model = appModel_) model->start();
 }
 
 void ContentModel::resetStatistics()
 {
-    if (AppModel* model = appModel()) model->meter().resetStatistics();
+    if (AppModel* model = appModel_) model->meter().resetStatistics();
 }
 
-void ContentModel::attach(AppModel& model)
+void ContentModel::attach()
 {
     const auto update = [this] { refresh(); };
-    track(connect(&model, &AppModel::errorMessageChanged, this, update));
-    track(connect(&model.settings(), &AppSettings::appearanceChanged, this, update));
+    watch(appModel_);
+    if (!appModel_) return;
+    track(connect(appModel_, &AppModel::errorMessageChanged, this, update));
+    track(connect(
+        &appModel_->settings().display(), &DisplaySettings::appearanceChanged, this, update));
 }
 
 void ContentModel::refresh()
 {
-    AppModel* model = appModel();
+    AppModel* model = appModel_;
     const AppearanceMode appearance
-        = model ? model->settings().appearance() : AppearanceMode::system;
+        = model ? model->settings().display().appearance() : AppearanceMode::system;
     const bool dark = appearance == AppearanceMode::dark
         || (appearance == AppearanceMode::system && systemIsDark_());
     if (dark != isDark_) {

@@ -4,16 +4,19 @@
 // alert over `errorMessage`, and the commands that reach the model from the keyboard.
 #include <functional>
 
+#include <QPointer>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include "views/components/ViewModel.h"
+#include "station/AppModel.h"
 
 namespace ostrel {
 
 class ContentModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::AppModel* appModel READ appModel WRITE setAppModel NOTIFY appModelChanged)
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(int defaultWidth READ defaultWidth CONSTANT)
     Q_PROPERTY(int defaultHeight READ defaultHeight CONSTANT)
@@ -26,6 +29,9 @@ class ContentModel : public ostrel::ViewModel {
     Q_PROPERTY(QString resetStatisticsShortcut READ resetStatisticsShortcut CONSTANT)
 
 public:
+    AppModel* appModel() const { return appModel_.data(); }
+    void setAppModel(AppModel* value) { setSource(appModel_, value, &ContentModel::appModelChanged); }
+
     explicit ContentModel(QObject* parent = nullptr);
 
     // Where the desktop's own appearance is asked for; tests and other platforms set their own.
@@ -49,14 +55,16 @@ public:
     Q_INVOKABLE void resetStatistics();
 
 signals:
+    void appModelChanged();
     void isDarkChanged();
     void errorChanged();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    QPointer<AppModel> appModel_;
     std::function<bool()> systemIsDark_;
     bool isDark_ = false;
     bool showsError_ = false;

@@ -26,7 +26,7 @@ Item {
     }
     BrightnessOverlay {
         id: brightnessModel
-        appModel: root.appModel
+        display: root.appModel.settings.display
     }
     Binding {
         target: Theme

@@ -6,21 +6,32 @@ namespace ostrel {
 
 MonitorModel::MonitorModel(QObject* parent) : ViewModel(parent) { }
 
-void MonitorModel::attach(AppModel& model)
+void MonitorModel::attach()
 {
     const auto update = [this] { refresh(); };
-    track(connect(&model.audio(), &AudioInput::statusChanged, this, update));
-    track(connect(&model.meter(), &MeterModel::hasSignalChanged, this, update));
-    track(connect(&model.settings(), &AppSettings::showModeShowsGraphChanged, this, update));
+    watch(audio_);
+    watch(meter_);
+    watch(display_);
+    if (audio_) track(connect(audio_, &AudioInput::statusChanged, this, update));
+    if (meter_) track(connect(meter_, &MeterModel::hasSignalChanged, this, update));
+    if (display_)
+        track(connect(display_, &DisplaySettings::showModeShowsGraphChanged, this, update));
+}
+
+void MonitorModel::setMode(AppModel::Mode value)
+{
+    if (value == mode_) return;
+    mode_ = value;
+    emit modeChanged();
+    refresh();
 }
 
 void MonitorModel::refresh()
 {
-    AppModel* model = appModel();
     const bool readout
-        = !model || !AudioNoticeModel::notice(model->mode(), model->audio().status()).has_value();
-    const bool noSignal = readout && model && !model->meter().hasSignal();
-    const bool graph = !model || model->settings().showModeShowsGraph();
+        = !audio_ || !AudioNoticeModel::notice(mode_, audio_->status()).has_value();
+    const bool noSignal = readout && meter_ && !meter_->hasSignal();
+    const bool graph = !display_ || display_->showModeShowsGraph();
 
     if (readout != showsReadout_) {
         showsReadout_ = readout;

@@ -20,7 +20,10 @@ Item {
     }
     MonitorModel {
         id: monitor
-        appModel: root.appModel
+        audio: root.appModel.audio
+        meter: root.appModel.meter
+        display: root.appModel.settings.display
+        mode: root.appModel.mode
     }
 
     ColumnLayout {
@@ -62,7 +65,8 @@ Item {
         NoticeView {
             objectName: "noticeView"
             Layout.fillWidth: true
-            appModel: root.appModel
+            input: root.appModel.input
+            mode: root.appModel.mode
         }
         ColumnLayout {
             objectName: "readoutColumn"
@@ -73,7 +77,9 @@ Item {
             LevelReadout {
                 objectName: "levelReadout"
                 Layout.alignment: Qt.AlignHCenter
-                appModel: root.appModel
+                meter: root.appModel.meter
+                measurement: root.appModel.settings.measurement
+                display: root.appModel.settings.display
                 numberSize: layoutModel.readoutSize
             }
             Item {
@@ -114,7 +120,7 @@ Item {
                     objectName: "levelGraph"
                     Layout.fillWidth: true
                     Layout.fillHeight: true
-                    appModel: root.appModel
+                    meter: root.appModel.meter
                     lineWidth: layoutModel.graphLineWidth
                 }
             }
@@ -141,7 +147,7 @@ Item {
             objectName: "statisticsFooter"
             Layout.fillWidth: true
             Layout.topMargin: layoutModel.footerSpacing
-            appModel: root.appModel
+            meter: root.appModel.meter
             fontSize: layoutModel.footerFontSize
         }
     }
@@ -152,6 +158,6 @@ Item {
         anchors.right: parent.right
         anchors.topMargin: layoutModel.cornerTopPadding
         anchors.rightMargin: layoutModel.cornerSidePadding
-        appModel: root.appModel
+        qlab: root.appModel.qlab
     }
 }

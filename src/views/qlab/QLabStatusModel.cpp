@@ -38,19 +38,19 @@ QString QLabStatusModel::helpText(const std::optional<QString>& workspaceName)
     return QStringLiteral("Workspace: ") + *workspaceName;
 }
 
-void QLabStatusModel::attach(AppModel& model)
+void QLabStatusModel::attach()
 {
-    track(connect(&model.qlab(), &QLabClient::stateChanged, this, &QLabStatusModel::refresh));
-    track(
-        connect(&model.qlab(), &QLabClient::workspaceNameChanged, this, &QLabStatusModel::refresh));
+    watch(qlab_);
+    if (!qlab_) return;
+    track(connect(qlab_, &QLabClient::stateChanged, this, &QLabStatusModel::refresh));
+    track(connect(qlab_, &QLabClient::workspaceNameChanged, this, &QLabStatusModel::refresh));
 }
 
 void QLabStatusModel::refresh()
 {
-    // Without a model the link has not been configured, which reads as not connected.
-    AppModel* model = appModel();
-    const QLabClientState state = model ? model->qlab().state() : QLabClientState::disconnected;
-    const auto workspace = model ? model->qlab().workspaceName() : std::nullopt;
+    // Without a client the link has not been configured, which reads as not connected.
+    const QLabClientState state = qlab_ ? qlab_->state() : QLabClientState::disconnected;
+    const auto workspace = qlab_ ? qlab_->workspaceName() : std::nullopt;
     const QString newText = text(state);
     const Look newLook = look(state);
     const QString newHelp = helpText(workspace);

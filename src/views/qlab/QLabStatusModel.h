@@ -2,17 +2,20 @@
 
 // The small status line in the top right corner: a dot in the link's colour and "QLab" with the
 // state in words; the workspace, when known, as its help text.
+#include <QPointer>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include "qlab/QLabClientState.h"
 #include "views/components/ViewModel.h"
+#include "qlab/client/QLabClient.h"
 
 namespace ostrel {
 
 class QLabStatusModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(ostrel::QLabClient* qlab READ qlab WRITE setQlab NOTIFY qlabChanged)
     Q_PROPERTY(QString text READ text NOTIFY statusChanged)
     Q_PROPERTY(int dotColorRole READ dotColorRole NOTIFY statusChanged)
     Q_PROPERTY(double dotOpacity READ dotOpacity NOTIFY statusChanged)
@@ -21,6 +24,9 @@ class QLabStatusModel : public ostrel::ViewModel {
     Q_PROPERTY(double spacing READ spacing CONSTANT)
 
 public:
+    QLabClient* qlab() const { return qlab_.data(); }
+    void setQlab(QLabClient* value) { setSource(qlab_, value, &QLabStatusModel::qlabChanged); }
+
     struct Look {
         int colorRole = 0;
         double opacity = 1.0;
@@ -41,13 +47,15 @@ public:
     double spacing() const { return 6.0; }
 
 signals:
+    void qlabChanged();
     void statusChanged();
 
 protected:
-    void attach(AppModel& model) override;
+    void attach() override;
     void refresh() override;
 
 private:
+    QPointer<QLabClient> qlab_;
     QString text_;
     Look look_;
     QString helpText_;

@@ -7,7 +7,7 @@ import Ostrel.QLab
 Row {
     id: root
 
-    required property AppModel appModel
+    required property QLabClient qlab
     property real fontSize: 12
     readonly property QLabStatusModel status: statusModel
 
@@ -15,7 +15,7 @@ Row {
 
     QLabStatusModel {
         id: statusModel
-        appModel: root.appModel
+        qlab: root.qlab
     }
 
     Rectangle {

@@ -8,7 +8,8 @@ import Ostrel.Main
 ColumnLayout {
     id: root
 
-    required property AppModel appModel
+    required property LiveInput input
+    required property int mode
     readonly property AudioNoticeModel notice: noticeModel
 
     visible: noticeModel.hasNotice
@@ -18,7 +19,8 @@ ColumnLayout {
 
     AudioNoticeModel {
         id: noticeModel
-        appModel: root.appModel
+        input: root.input
+        mode: root.mode
     }
 
     SymbolIcon {

@@ -1,3 +1,0 @@
-#include "model/recording/RecordingLog.h"
-
-Q_LOGGING_CATEGORY(ostrelRecording, "ostrel.recording")

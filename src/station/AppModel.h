@@ -1,0 +1,124 @@
+#pragma once
+
+// The centre of the running station: owns one of every subsystem, decides the mode, starts
+// everything in a fixed order, routes each measurement interval to its consumers and joins the
+// subsystems' outputs to each other in one place (`wire`). Each subsystem is a feature class that
+// owns its driver and applies its own settings group. Main thread only.
+#include <memory>
+#include <optional>
+
+#include <QObject>
+#include <QProcessEnvironment>
+#include <QStringList>
+
+#include "audio/AudioCaptureBackend.h"
+#include "common/Date.h"
+#include "measurement/FrequencyWeighting.h"
+#include "measurement/MicrophoneCorrection.h"
+#include "model/MeterModel.h"
+#include "station/AppSettings.h"
+#include "station/CalibrationRun.h"
+#include "station/LiveInput.h"
+#include "station/QLabLink.h"
+#include "station/ShowSessions.h"
+
+namespace ostrel {
+
+class AppModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(Mode mode READ mode CONSTANT)
+    Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
+    Q_PROPERTY(bool hasError READ hasError NOTIFY errorMessageChanged)
+    Q_PROPERTY(ostrel::AppSettings* settings READ settingsObject CONSTANT)
+    Q_PROPERTY(ostrel::MeterModel* meter READ meterObject CONSTANT)
+    Q_PROPERTY(ostrel::AudioInput* audio READ audioObject CONSTANT)
+    Q_PROPERTY(ostrel::LiveInput* input READ inputObject CONSTANT)
+    Q_PROPERTY(ostrel::QLabClient* qlab READ qlabObject CONSTANT)
+
+public:
+    enum class Mode { live, demo, inert };
+    Q_ENUM(Mode)
+
+    // A test host sets this key; such a process never touches hardware or files.
+    static constexpr const char* inertEnvironmentKey = "XCTestConfigurationFilePath";
+    static constexpr const char* demoArgument = "-demo";
+
+    // The environment test comes first: a test host run with "-demo" is inert.
+    static Mode currentMode(const QStringList& arguments, const QProcessEnvironment& environment);
+    static Mode currentMode();
+
+    // `audioBackend` is the capture system of the live input (Qt Multimedia in the station);
+    // `qlabTimings` the QLab client's waits, shortened only by tests.
+    AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
+        std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings = {},
+        QObject* parent = nullptr);
+    ~AppModel() override;
+
+    Mode mode() const { return mode_; }
+    AppSettings& settings() { return *settings_; }
+    MeterModel& meter() { return meter_; }
+    LiveInput& input() { return input_; }
+    AudioInput& audio() { return input_.audio(); }
+    QLabLink& qlabLink() { return qlab_; }
+    QLabClient& qlab() { return qlab_.client(); }
+    ShowSessions& shows() { return sessions_; }
+    SessionStore& sessions() { return sessions_.store(); }
+    CalibrationRun& calibration() { return calibration_; }
+    bool hasStarted() const { return hasStarted_; }
+
+    // Idempotent: the first call sets everything going.
+    void start();
+    void ingest(const MeasurementInterval& interval, Date at);
+    // The "Try Again" of the audio notice.
+    void restartAudio();
+
+    // Measures a calibrator tone for `duration` seconds (see `CalibrationRun`).
+    void measureCalibration(double duration, CalibrationRun::Progress progress,
+        CalibrationRun::Completion completion);
+    // The calibration assistant is up: a calibrator's steady tone is what the feedback detector
+    // looks for.
+    void setCalibrating(bool active);
+    void applyCalibration(double offset);
+
+    QString errorMessage() const { return errorMessage_.value_or(QString()); }
+    bool hasError() const { return errorMessage_.has_value(); }
+    void setErrorMessage(std::optional<QString> message);
+
+    // Called when the application is about to quit: a running session will be ended here.
+    void applicationWillTerminate();
+
+    // For tests: how often the measurement group has been applied.
+    int measurementApplyCount() const { return measurementApplies_; }
+
+signals:
+    void errorMessageChanged();
+
+private:
+    AppSettings* settingsObject() { return settings_.get(); }
+    MeterModel* meterObject() { return &meter_; }
+    AudioInput* audioObject() { return &input_.audio(); }
+    LiveInput* inputObject() { return &input_; }
+    QLabClient* qlabObject() { return &qlab_.client(); }
+
+    void wire();
+    void applyMeasurementSettings();
+    void applyDisplaySettings();
+
+    Mode mode_;
+    std::unique_ptr<AppSettings> settings_;
+    MeterModel meter_;
+    LiveInput input_;
+    QLabLink qlab_;
+    ShowSessions sessions_;
+    CalibrationRun calibration_;
+    // The live input in every mode so far; the demo simulator and replay join here.
+    IntervalSource* source_;
+
+    std::optional<QString> errorMessage_;
+    bool hasStarted_ = false;
+    std::optional<FrequencyWeighting> appliedWeighting_;
+    std::optional<MicrophoneCorrection> appliedCorrection_;
+    int measurementApplies_ = 0;
+};
+
+} // namespace ostrel
