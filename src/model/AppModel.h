@@ -26,7 +26,7 @@
 #include "model/AppSettings.h"
 #include "model/MeterModel.h"
 #include "model/sessions/SessionStore.h"
-#include "qlab/QLabClient.h"
+#include "qlab/client/QLabClient.h"
 
 namespace ostrel {
 

@@ -8,7 +8,7 @@
 #include <QTest>
 
 #include "FakeQLab.h"
-#include "qlab/QLabClient.h"
+#include "qlab/client/QLabClient.h"
 
 using namespace ostrel;
 using ostrel::testing::FakeQLab;
