@@ -321,7 +321,7 @@ TEST_F(QLabFollowerTest, ConnectReplyOkEditCountsAsSuccessByItsPrefix)
     follower.receive(workspacesReply({{workspaceID, "Main Show"}}), at(0));
     const Effects effects = follower.receive(connectReply("ok", QJsonValue("ok:edit")), at(0));
     EXPECT_EQ(follower.state(), State::connected);
-    EXPECT_EQ(sent(effects).front(), "/updates");
+    EXPECT_EQ(sent(effects).value(0), "/updates");
 }
 
 TEST_F(QLabFollowerTest, ConnectReplyWithErrorStatusAndNoDataGivesNoWorkspace)
