@@ -1,17 +1,15 @@
 #pragma once
 
-// Follows what QLab is playing: one TCP connection to its OSC port, a chosen workspace, cue start
-// and stop events, and a light poll of elapsed times while something runs. It only listens: no
-// message it sends changes the show. Main thread only; a lost link retries at a fixed delay.
+// The station's link to QLab: one TCP connection to its OSC port, SLIP framing and the timers,
+// around a QLabFollower that decides what to ask and what the cues are. Main thread only; a lost
+// link retries at a fixed delay.
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include <QElapsedTimer>
-#include <QHash>
 #include <QObject>
 #include <QPointer>
-#include <QSet>
 #include <QString>
 #include <QTimer>
 
@@ -19,8 +17,7 @@
 #include "qlab/OSCMessage.h"
 #include "qlab/QLabClientState.h"
 #include "qlab/QLabCue.h"
-#include "qlab/QLabReply.h"
-#include "qlab/QLabWorkspace.h"
+#include "qlab/QLabFollower.h"
 #include "qlab/SLIPDecoder.h"
 
 class QTcpSocket;
@@ -46,8 +43,8 @@ public:
         int refreshAfterUpdateMs = 150;
     };
 
-    static constexpr int polledCueLimit = 8;
-    static constexpr int pollsPerRelist = 5;
+    static constexpr int polledCueLimit = QLabFollower::polledCueLimit;
+    static constexpr int pollsPerRelist = QLabFollower::pollsPerRelist;
 
     explicit QLabClient(QObject* parent = nullptr);
     QLabClient(Timings timings, Clock clock, QObject* parent = nullptr);
@@ -64,15 +61,15 @@ public:
     void simulate(
         State state, const std::optional<QString>& workspace, const std::vector<QLabCue>& cues);
 
-    State state() const { return state_; }
-    const std::optional<QString>& workspaceName() const { return workspaceName_; }
+    State state() const { return follower_.state(); }
+    const std::optional<QString>& workspaceName() const { return follower_.workspaceName(); }
     // Newest first, with child cues shown as their outermost running group; no Timecode cues.
-    const std::vector<QLabCue>& runningCues() const { return runningCues_; }
-    const std::optional<QLabCue>& timecodeCue() const { return timecodeCue_; }
-    std::optional<QLabCue> currentCue() const;
+    const std::vector<QLabCue>& runningCues() const { return follower_.runningCues(); }
+    const std::optional<QLabCue>& timecodeCue() const { return follower_.timecodeCue(); }
+    std::optional<QLabCue> currentCue() const { return follower_.currentCue(); }
     // Where the client connects, as last configured.
-    const QString& host() const { return host_; }
-    quint16 port() const { return port_; }
+    const QString& host() const { return follower_.host(); }
+    quint16 port() const { return follower_.port(); }
 
     // Set by the central model; called with every changed list.
     std::function<void(const std::vector<QLabCue>&)> onRunningCuesChanged;
@@ -84,60 +81,26 @@ signals:
     void timecodeCueChanged();
 
 private:
-    void openConnection();
+    void carryOut(const QLabFollower::Effects& effects);
+    void openConnection(const QString& host, quint16 port);
     void closeConnection();
-    void connectionLost();
     void connectionReady(QTcpSocket* socket);
     void receive(QTcpSocket* socket);
-    void scheduleReconnect(int delayMs);
-    void scheduleRefresh(int delayMs);
     void send(const OSCMessage& message);
-
-    void handle(const OSCMessage& message);
-    void handle(const QLabReply& reply);
-    void chooseWorkspace(const std::vector<QLabWorkspace>& workspaces);
-    void workspaceConnected();
-    void applyRunningCues(std::vector<QLabCue> cues);
-    void requestTimecodeSettings(const QString& cueID, bool includingPropertyReads);
-    void publish(std::vector<QLabCue> cues);
-    void lookUpUnknownParents();
-    void updatePolling();
-    void poll();
-    void heartbeat();
-
-    void setState(State state);
-    void setWorkspaceName(const std::optional<QString>& name);
-    QLabCue* rawCue(const QString& id);
 
     Timings timings_;
     Clock clock_;
+    QLabFollower follower_;
 
-    State state_ = State::disconnected;
-    std::optional<QString> workspaceName_;
-    std::vector<QLabCue> runningCues_;
-    std::optional<QLabCue> timecodeCue_;
-
-    QString host_ = QStringLiteral("localhost");
-    quint16 port_ = 53000;
-    QString passcode_;
-    QString preferredWorkspace_;
-    bool isEnabled_ = false;
-    bool hasBeenConfigured_ = false;
     QPointer<QTcpSocket> connection_;
     SLIPDecoder decoder_;
-    std::optional<QString> workspaceID_;
     QElapsedTimer sinceLastMessage_; // since the last OSC message, or the connection's start
-    QHash<QString, Date> firstSeen_;
-    std::vector<QLabCue> rawCues_;
-    QHash<QString, QLabCue> knownCues_;
-    QSet<QString> pendingParentLookups_;
 
     QTimer reconnectTimer_;
     QTimer heartbeatTimer_;
     QTimer pollTimer_;
     QTimer refreshTimer_;
     QTimer connectTimeoutTimer_;
-    int pollTick_ = 0;
 };
 
 } // namespace ostrel
