@@ -18,6 +18,7 @@ packages=(
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-liblo
+  clang-format
 )
 if [[ "${1:-}" == "--fuzz" ]]; then
   packages+=(clang xxd)

@@ -51,6 +51,14 @@ inline constexpr std::size_t fineBandLevels = bandLevels + 2 * bandCount;
 inline constexpr std::size_t end = fineBandLevels + 2 * fineCount; // zero behind, to frameSize
 } // namespace Offset
 
+// The fields of MeasurementInterval, Spectrum and SpectralPeak that a frame holds. A field added
+// to one of them is lost in every recording and on the crew link unless `Offset`, `encode` and
+// `decode` are extended with it; raise the count only then. RecordingFrameFieldsTest refuses to
+// compile while a count and its struct disagree.
+inline constexpr std::size_t intervalFieldCount = 9;
+inline constexpr std::size_t spectrumFieldCount = 4;
+inline constexpr std::size_t peakFieldCount = 4;
+
 namespace Flag {
 inline constexpr std::uint32_t clipped = 1u << 0;
 inline constexpr std::uint32_t hasSpectrum = 1u << 1;
