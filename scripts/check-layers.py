@@ -40,7 +40,7 @@ SCANNED = ["src", "tools"]
 SOURCE_SUFFIXES = {".h", ".hpp", ".cpp", ".cc"}
 
 # Qt modules the pure-logic layer must not use, so that it builds and is tested with QtCore
-# alone. Matched against the name inside <...>: module folders, then class-name prefixes.
+# alone and without a disk. Matched against the name inside <...>: module folders, then class-name prefixes.
 LOGIC_RANK = 0
 FORBIDDEN_QT_MODULES = ("QtGui", "QtNetwork", "QtMultimedia", "QtQml", "QtQuick", "QtOpenGL")
 FORBIDDEN_QT_CLASS_PREFIXES = {
@@ -53,6 +53,9 @@ FORBIDDEN_QT_CLASS_PREFIXES = {
     "QtMultimedia": ("QAudio", "QMedia", "QSound", "QCamera", "QVideo"),
     "QtQml": ("QQml", "QJSEngine", "QJSValue"),
     "QtQuick": ("QQuick", "QSG"),
+    # Files and processes are drivers' business; preferences (QSettings) are the settings layer's.
+    "disk or process I/O": ("QFile", "QSaveFile", "QDir", "QTemporary", "QLockFile",
+                            "QStorageInfo", "QProcess"),
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')

@@ -2,7 +2,6 @@
 
 #include <bit>
 
-#include <QFile>
 #include <QtEndian>
 
 #include "sessions/RecordingFormat.h"
@@ -26,18 +25,11 @@ RecordingFrames::RecordingFrames(std::shared_ptr<const void> owner, QByteArrayVi
 {
 }
 
-std::optional<RecordingFrames> RecordingFrames::open(const QString& path)
+std::optional<RecordingFrames> RecordingFrames::fromMapping(
+    std::shared_ptr<const void> owner, QByteArrayView bytes)
 {
-    auto file = std::make_shared<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly)) return std::nullopt;
-    const qint64 size = file->size();
-    if (size < headerSize) return std::nullopt;
-    // Mapped, not read: a show's frames run to tens of megabytes and a seek touches a few pages.
-    const uchar* mapped = file->map(0, size);
-    if (!mapped) return std::nullopt;
-    const QByteArrayView bytes(reinterpret_cast<const char*>(mapped), size);
     if (!RecordingFormat::isValidHeader(bytes)) return std::nullopt;
-    return RecordingFrames(std::move(file), bytes);
+    return RecordingFrames(std::move(owner), bytes);
 }
 
 std::optional<RecordingFrames> RecordingFrames::fromBytes(QByteArray bytes)

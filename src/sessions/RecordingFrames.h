@@ -16,10 +16,11 @@ namespace ostrel {
 
 class RecordingFrames {
 public:
-    // Maps the file; nothing when it can't be mapped or its header is not this program's.
-    static std::optional<RecordingFrames> open(const QString& path);
-    // The same over bytes in memory.
+    // Over bytes in memory; nothing when the header is not this program's.
     static std::optional<RecordingFrames> fromBytes(QByteArray bytes);
+    // Over bytes that `owner` keeps alive, such as a mapped file.
+    static std::optional<RecordingFrames> fromMapping(
+        std::shared_ptr<const void> owner, QByteArrayView bytes);
 
     // Whole frames only: a last frame cut short by a crash is not counted.
     qsizetype count() const { return count_; }

@@ -1,10 +1,7 @@
 #include "sessions/SessionArchive.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include "common/IsoDate.h"
@@ -67,24 +64,24 @@ std::optional<ShowSession> decode(const QByteArray& json, QString* error)
     return ShowSession::fromJson(document.object(), error);
 }
 
-bool save(const ShowSession& session, const QString& root)
+QString path(const ShowSession& session, const QString& root)
 {
-    if (!QDir().mkpath(root)) return false;
-    const QString path = session.recordingFolderName
+    return session.recordingFolderName
         ? recordingFolder(*session.recordingFolderName, root) + QStringLiteral("/session.json")
         : root + QLatin1Char('/') + baseName(session.start) + QStringLiteral(".json");
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) return false;
-    const QByteArray bytes = encode(session);
-    if (file.write(bytes) != bytes.size()) return false;
-    return file.commit();
 }
 
-std::optional<ShowSession> load(const QString& path)
+bool save(const ShowSession& session, SessionFiles& files, const QString& root)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
-    return decode(file.readAll());
+    if (!files.makeFolder(root)) return false;
+    return files.write(path(session, root), encode(session));
+}
+
+std::optional<ShowSession> load(const QString& path, const SessionFiles& files)
+{
+    const auto bytes = files.read(path);
+    if (!bytes) return std::nullopt;
+    return decode(*bytes);
 }
 
 } // namespace ostrel::SessionArchive

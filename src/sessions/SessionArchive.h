@@ -8,6 +8,7 @@
 #include <QString>
 
 #include "common/Date.h"
+#include "sessions/SessionFiles.h"
 #include "sessions/ShowSession.h"
 
 namespace ostrel::SessionArchive {
@@ -29,11 +30,14 @@ std::optional<Date> decodeDate(const QString& text, QString* error = nullptr);
 QByteArray encode(const ShowSession& session);
 std::optional<ShowSession> decode(const QByteArray& json, QString* error = nullptr);
 
-// Writes the session atomically into its recording folder as "session.json", or into `root`
-// as its base name + ".json". Failures are swallowed by the caller: the session stays in
-// memory as the last session, so the return value only tells tests what happened.
-bool save(const ShowSession& session, const QString& root = folder());
+// Where a session is kept: "session.json" in its recording folder, or its base name + ".json"
+// in `root`.
+QString path(const ShowSession& session, const QString& root = folder());
+// Writes the session whole into `files` at its path; `root` is made when missing, a recording
+// folder never is. Failures are swallowed by the caller: the session stays in memory as the last
+// session, so the return value only tells tests what happened.
+bool save(const ShowSession& session, SessionFiles& files, const QString& root = folder());
 // Nothing when the file can't be read or decoded.
-std::optional<ShowSession> load(const QString& path);
+std::optional<ShowSession> load(const QString& path, const SessionFiles& files);
 
 } // namespace ostrel::SessionArchive

@@ -6,12 +6,13 @@
 
 namespace ostrel {
 
-SessionStore::SessionStore(QString archiveFolder, QObject* parent)
-    : QObject(parent), archiveFolder_(std::move(archiveFolder))
+SessionStore::SessionStore(
+    std::shared_ptr<SessionFiles> files, QString archiveFolder, QObject* parent)
+    : QObject(parent)
+    , files_(std::move(files))
+    , archiveFolder_(archiveFolder.isEmpty() ? SessionArchive::folder() : std::move(archiveFolder))
 {
 }
-
-SessionStore::SessionStore() : SessionStore(SessionArchive::folder()) { }
 
 void SessionStore::updateRunningCues(const std::vector<QLabCue>& cues, Date at)
 {
@@ -89,7 +90,7 @@ std::optional<ShowSession> SessionStore::end(Date at)
     emit activeSessionChanged();
     emit lastSessionChanged();
     // A failed write loses nothing here: the show stays available as the last session.
-    if (archivesSessions_) SessionArchive::save(*snapshot, archiveFolder_);
+    if (archivesSessions_) SessionArchive::save(*snapshot, *files_, archiveFolder_);
     return snapshot;
 }
 

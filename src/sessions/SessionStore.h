@@ -4,6 +4,7 @@
 // measurement intervals, keeps a level log once a second, and hands a finished show to the
 // archive. Main thread only.
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "measurement/MeasurementInterval.h"
 #include "sessions/CueRecord.h"
 #include "sessions/CueTracker.h"
+#include "sessions/SessionFiles.h"
 #include "sessions/ShowSession.h"
 #include "qlab/QLabCue.h"
 
@@ -24,9 +26,10 @@ class SessionStore : public QObject {
     Q_OBJECT
 
 public:
-    // `archiveFolder` is where finished shows are written; the station's "Sessions" folder.
-    explicit SessionStore(QString archiveFolder, QObject* parent = nullptr);
-    SessionStore();
+    // Finished shows are written into `files` under `archiveFolder`, the station's "Sessions"
+    // folder unless told otherwise.
+    explicit SessionStore(std::shared_ptr<SessionFiles> files, QString archiveFolder = QString(),
+        QObject* parent = nullptr);
 
     void updateRunningCues(const std::vector<QLabCue>& cues, Date at);
     void ingest(const MeasurementInterval& interval, Date at);
@@ -69,6 +72,7 @@ signals:
 private:
     std::optional<ShowSession> currentSnapshot(Date at) const;
 
+    std::shared_ptr<SessionFiles> files_;
     QString archiveFolder_;
     CueTracker tracker_;
     std::vector<CueRecord> history_;

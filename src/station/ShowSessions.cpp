@@ -1,5 +1,7 @@
 #include "station/ShowSessions.h"
 
+#include "recording/DiskSessionFiles.h"
+
 namespace ostrel {
 
 ShowSessions::ShowSessions(
@@ -7,6 +9,7 @@ ShowSessions::ShowSessions(
     : QObject(parent)
     , settings_(settings)
     , measurement_(measurement)
+    , store_(std::make_shared<DiskSessionFiles>())
 {
 }
 

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include "recording/RecordingFile.h"
 #include "recording/SessionRecorder.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
@@ -57,7 +58,7 @@ TEST_P(RecordingAlignment, AClickDecodesAtItsAudioTimeWithinAMillisecondOnceTheE
 
     // The frame that closed with the click's block tells the same time to within that block.
     const auto frames
-        = RecordingFrames::open(QDir(temporary.path()).filePath(RecordingFormat::framesFileName));
+        = RecordingFile::open(QDir(temporary.path()).filePath(RecordingFormat::framesFileName));
     ASSERT_TRUE(frames.has_value());
     const auto before = frames->lastIndexAtOrBefore(clickTime);
     ASSERT_TRUE(before.has_value());

@@ -9,6 +9,7 @@
 
 #include <sys/wait.h>
 
+#include "recording/RecordingFile.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
 #include "recording/ChildProcess.h"
@@ -37,7 +38,7 @@ TEST(RecordingCrash, AKilledRecorderLeavesEveryWholeFrameReadableAndTheAudioPlay
     EXPECT_EQ(WTERMSIG(status), SIGKILL);
 
     const QString framesPath = QDir(folder).filePath(RecordingFormat::framesFileName);
-    const auto frames = RecordingFrames::open(framesPath);
+    const auto frames = RecordingFile::open(framesPath);
     ASSERT_TRUE(frames.has_value());
     const qint64 bytes = QFileInfo(framesPath).size();
     EXPECT_EQ(frames->count(), (bytes - 32) / static_cast<qint64>(RecordingFormat::frameSize));

@@ -7,6 +7,7 @@
 
 #include <sys/wait.h>
 
+#include "recording/RecordingFile.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
 #include "recording/ChildProcess.h"
@@ -72,7 +73,7 @@ TEST(RecordingDiskFull, AFailedMeasurementsFileSetsItsFlagWhileTheAudioGoesOn)
         << run->log.front();
 
     const auto frames
-        = RecordingFrames::open(QDir(folder).filePath(RecordingFormat::framesFileName));
+        = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
     ASSERT_TRUE(frames.has_value());
     const qsizetype fit = (limit - 32) / static_cast<qsizetype>(RecordingFormat::frameSize);
     EXPECT_EQ(frames->count(), fit) << "every whole frame that fitted, and the cut one ignored";
@@ -101,7 +102,7 @@ TEST(RecordingDiskFull, AFailedAudioFileSetsItsFlagWhileTheMeasurementsGoOn)
         << run->log.front();
 
     const auto frames
-        = RecordingFrames::open(QDir(folder).filePath(RecordingFormat::framesFileName));
+        = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
     ASSERT_TRUE(frames.has_value());
     ASSERT_EQ(frames->count(), 20);
     for (qsizetype i = 0; i < frames->count(); ++i) {

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include "recording/RecordingFile.h"
 #include "measurement/MeasurementPipeline.h"
 #include "recording/SessionRecorder.h"
 #include "sessions/RecordingFormat.h"
@@ -38,7 +39,7 @@ protected:
 
     static RecordingFrames framesIn(const QString& path)
     {
-        auto frames = RecordingFrames::open(QDir(path).filePath(RecordingFormat::framesFileName));
+        auto frames = RecordingFile::open(QDir(path).filePath(RecordingFormat::framesFileName));
         EXPECT_TRUE(frames.has_value());
         return frames ? std::move(*frames) : *RecordingFrames::fromBytes(RecordingFormat::header());
     }

@@ -84,6 +84,19 @@ class CheckLayersTest(unittest.TestCase):
         self.assertNotIn("QString", output)
         self.assertNotIn("QObject", output)
 
+    def test_files_and_processes_are_refused_in_pure_logic_but_not_in_drivers(self):
+        code, output = self.run_on({
+            "src/sessions/Archive.cpp": "#include <QSaveFile>\n#include <QSettings>\n",
+            "src/model/Meter.cpp": "#include <QDir>\n#include <QStandardPaths>\n",
+            "src/recording/Disk.cpp": "#include <QSaveFile>\n#include <QFile>\n",
+        })
+        self.assertEqual(code, 1, output)
+        self.assertIn("src/sessions/Archive.cpp:1: <QSaveFile> is disk or process I/O", output)
+        self.assertIn("src/model/Meter.cpp:1: <QDir> is disk or process I/O", output)
+        self.assertNotIn("QSettings", output)
+        self.assertNotIn("QStandardPaths", output)
+        self.assertNotIn("src/recording", output)
+
     def test_a_folder_missing_from_the_table_is_an_error(self):
         code, output = self.run_on({"src/crew/Link.h": "#pragma once\n"})
         self.assertEqual(code, 2, output)

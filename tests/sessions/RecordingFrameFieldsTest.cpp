@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-#include "model/sessions/RecordingFormat.h"
+#include "sessions/RecordingFormat.h"
 
 using namespace ostrel;
 namespace Format = ostrel::RecordingFormat;

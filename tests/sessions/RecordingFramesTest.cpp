@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QTemporaryDir>
 
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
@@ -35,12 +33,6 @@ RecordingFrames frames(const std::vector<Times>& times)
     return std::move(*result);
 }
 
-bool write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
 const std::vector<Times> steady {{0.1, 0.12}, {0.2, 0.21}, {0.3, 0.33}, {0.4, 0.41}};
 
 } // namespace
@@ -63,50 +55,6 @@ TEST(RecordingFrames, ShortOrForeignFilesAreRefused)
     QByteArray otherBands = fileBytes(steady);
     otherBands[16] = 30;
     EXPECT_FALSE(RecordingFrames::fromBytes(otherBands).has_value());
-}
-
-TEST(RecordingFrames, FilesOf31BytesOrAnotherBandCountFailToOpen)
-{
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
-    const QString shortFile = temporary.filePath("short.ostrel");
-    ASSERT_TRUE(write(shortFile, RecordingFormat::header().left(31)));
-    EXPECT_FALSE(RecordingFrames::open(shortFile).has_value());
-
-    QByteArray otherBands = fileBytes(steady);
-    otherBands[16] = 30;
-    const QString foreignFile = temporary.filePath("foreign.ostrel");
-    ASSERT_TRUE(write(foreignFile, otherBands));
-    EXPECT_FALSE(RecordingFrames::open(foreignFile).has_value());
-
-    const QString emptyFile = temporary.filePath("empty.ostrel");
-    ASSERT_TRUE(write(emptyFile, {}));
-    EXPECT_FALSE(RecordingFrames::open(emptyFile).has_value());
-    EXPECT_FALSE(RecordingFrames::open(temporary.filePath("missing.ostrel")).has_value());
-}
-
-TEST(RecordingFrames, MappedFileReadsItsFrames)
-{
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
-    const QString path = temporary.filePath(RecordingFormat::framesFileName);
-    ASSERT_TRUE(write(path, fileBytes(steady)));
-
-    auto opened = RecordingFrames::open(path);
-    ASSERT_TRUE(opened.has_value());
-    // A copy outlives the original and still reads the mapped bytes.
-    const RecordingFrames copy = *opened;
-    opened.reset();
-
-    EXPECT_EQ(copy.count(), 4);
-    EXPECT_EQ(copy.duration(), 0.4);
-    EXPECT_EQ(copy.lastIndexAtOrBefore(0.25), 1);
-    const auto frame = copy.frame(2, true);
-    ASSERT_TRUE(frame.has_value());
-    EXPECT_EQ(frame->audioTime, 0.3);
-    EXPECT_EQ(frame->wallTime, 0.33);
-    ASSERT_TRUE(frame->interval.spectrum.has_value());
-    EXPECT_EQ(frame->interval.spectrum->bandLevels[30], 55.5);
 }
 
 TEST(RecordingFrames, LastFrameCutShortIsIgnored)

@@ -1,31 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QTemporaryDir>
 
 #include "sessions/SessionArchive.h"
+#include "sessions/MemorySessionFiles.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;
 using namespace ostrel::sessions_test;
 
 namespace {
-
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    return file.readAll();
-}
-
-bool write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 
 ShowSession sampleSession(const QString& name, Date start)
 {
@@ -102,76 +87,77 @@ TEST(SessionArchive, DecodingSomethingOtherThanASessionObjectYieldsNothing)
 
 TEST(SessionArchive, SessionWithoutRecordingIsSavedUnderItsBaseName)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
-    const QString root = temporary.filePath("Application Support/Ostrel/Sessions");
+    MemorySessionFiles files;
+    const QString root = "/home/fred/.local/share/Ostrel/Ostrel Live/Sessions";
     const ShowSession session = sampleSession("Evening", at(0.0));
 
-    ASSERT_TRUE(SessionArchive::save(session, root)); // creates the missing folders
+    ASSERT_TRUE(SessionArchive::save(session, files, root)); // creates the missing folders
 
     const QString path = root + "/2026-03-14T19-30-05.json";
-    EXPECT_EQ(contents(path), SessionArchive::encode(session));
-    EXPECT_EQ(SessionArchive::load(path), session);
-    EXPECT_EQ(QDir(root).entryList(QDir::Files), QStringList {"2026-03-14T19-30-05.json"});
+    EXPECT_EQ(SessionArchive::path(session, root), path);
+    EXPECT_EQ(files.read(path), SessionArchive::encode(session));
+    EXPECT_EQ(SessionArchive::load(path, files), session);
+    EXPECT_EQ(files.filesIn(root), QStringList {"2026-03-14T19-30-05.json"});
 }
 
 TEST(SessionArchive, SessionWithRecordingIsSavedAsSessionJsonInItsFolder)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
-    const QString root = temporary.path();
+    MemorySessionFiles files;
+    const QString root = "/show/Sessions";
     ShowSession session = sampleSession("Evening", at(0.0));
     session.recordingFolderName = "2026-03-14T19-30-05";
-    ASSERT_TRUE(QDir(root).mkdir("2026-03-14T19-30-05"));
+    ASSERT_TRUE(files.makeFolder(root + "/2026-03-14T19-30-05"));
 
-    ASSERT_TRUE(SessionArchive::save(session, root));
+    ASSERT_TRUE(SessionArchive::save(session, files, root));
 
     const QString path = root + "/2026-03-14T19-30-05/session.json";
-    EXPECT_EQ(SessionArchive::load(path), session);
-    EXPECT_FALSE(QFile::exists(root + "/2026-03-14T19-30-05.json"));
+    EXPECT_EQ(SessionArchive::load(path, files), session);
+    EXPECT_TRUE(files.filesIn(root).isEmpty());
 }
 
 TEST(SessionArchive, TwoSavesWithoutRecordingFolderInTheSameSecondOverwriteOneFile)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
+    MemorySessionFiles files;
     const ShowSession first = sampleSession("First", at(-0.2));
     const ShowSession second = sampleSession("Second", at(0.7));
 
-    ASSERT_TRUE(SessionArchive::save(first, temporary.path()));
-    ASSERT_TRUE(SessionArchive::save(second, temporary.path()));
+    ASSERT_TRUE(SessionArchive::save(first, files, "/Sessions"));
+    ASSERT_TRUE(SessionArchive::save(second, files, "/Sessions"));
 
-    EXPECT_EQ(
-        QDir(temporary.path()).entryList(QDir::Files), QStringList {"2026-03-14T19-30-05.json"});
-    const auto loaded = SessionArchive::load(temporary.filePath("2026-03-14T19-30-05.json"));
+    EXPECT_EQ(files.filesIn("/Sessions"), QStringList {"2026-03-14T19-30-05.json"});
+    const auto loaded = SessionArchive::load("/Sessions/2026-03-14T19-30-05.json", files);
     ASSERT_TRUE(loaded.has_value());
     EXPECT_EQ(loaded->name, "Second");
 }
 
 TEST(SessionArchive, SaveThatCannotCreateItsFolderFailsQuietly)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
-    ASSERT_TRUE(write(temporary.filePath("occupied"), "a file, not a folder"));
+    MemorySessionFiles files;
+    ASSERT_TRUE(files.write("/occupied", "a file, not a folder"));
 
-    EXPECT_FALSE(SessionArchive::save(
-        sampleSession("Evening", at(0.0)), temporary.filePath("occupied/Sessions")));
+    EXPECT_FALSE(
+        SessionArchive::save(sampleSession("Evening", at(0.0)), files, "/occupied/Sessions"));
 }
 
 TEST(SessionArchive, SaveIntoAMissingRecordingFolderFailsQuietly)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
+    MemorySessionFiles files;
     ShowSession session = sampleSession("Evening", at(0.0));
     session.recordingFolderName = "gone";
-    EXPECT_FALSE(SessionArchive::save(session, temporary.path()));
+    EXPECT_FALSE(SessionArchive::save(session, files, "/Sessions"));
+}
+
+TEST(SessionArchive, AWriteThatFailsFailsTheSave)
+{
+    MemorySessionFiles files;
+    files.refusesWrites = true;
+    EXPECT_FALSE(SessionArchive::save(sampleSession("Evening", at(0.0)), files, "/Sessions"));
 }
 
 TEST(SessionArchive, FileWithDatesLackingFractionsLoads)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
-    const QString path = temporary.filePath("old.json");
+    MemorySessionFiles files;
+    const QString path = "/old.json";
     const QByteArray json = R"({"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","name":"Old show",
         "start":"2026-03-14T19:30:05Z","end":"2026-03-14T21:30:05Z","meterSetting":"A Fast",
         "statistics":{"energy":0,"sampleCount":0,"duration":0,"peakPower":0},
@@ -180,9 +166,9 @@ TEST(SessionArchive, FileWithDatesLackingFractionsLoads)
                  "end":"2026-03-14T19:32:00.500Z","meterSetting":"A Fast",
                  "statistics":{"energy":0,"sampleCount":0,"duration":0,"peakPower":0}}],
         "levels":[{"time":"2026-03-14T19:30:06Z","leq":71.5,"maxLevel":80}]})";
-    ASSERT_TRUE(write(path, json));
+    ASSERT_TRUE(files.write(path, json));
 
-    const auto session = SessionArchive::load(path);
+    const auto session = SessionArchive::load(path, files);
 
     ASSERT_TRUE(session.has_value());
     EXPECT_EQ(session->name, "Old show");
@@ -196,18 +182,17 @@ TEST(SessionArchive, FileWithDatesLackingFractionsLoads)
 
 TEST(SessionArchive, FileWithADateSuchAsYesterdayFailsAsAWhole)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
+    MemorySessionFiles files;
     const ShowSession session = sampleSession("Evening", at(0.0));
     QJsonObject json = session.toJson();
     QJsonArray levels = json.value("levels").toArray();
     levels.append(QJsonObject {{"time", "yesterday"}, {"leq", 70.0}, {"maxLevel", 75.0}});
     json.insert("levels", levels);
     const QByteArray bytes = QJsonDocument(json).toJson(QJsonDocument::Compact);
-    const QString path = temporary.filePath("broken.json");
-    ASSERT_TRUE(write(path, bytes));
+    const QString path = "/broken.json";
+    ASSERT_TRUE(files.write(path, bytes));
 
-    EXPECT_FALSE(SessionArchive::load(path).has_value());
+    EXPECT_FALSE(SessionArchive::load(path, files).has_value());
     QString error;
     EXPECT_FALSE(SessionArchive::decode(bytes, &error).has_value());
     EXPECT_EQ(error, "Not an ISO 8601 date: yesterday");
@@ -215,10 +200,9 @@ TEST(SessionArchive, FileWithADateSuchAsYesterdayFailsAsAWhole)
 
 TEST(SessionArchive, MissingOrUnreadableFileYieldsNothing)
 {
-    QTemporaryDir temporary;
-    ASSERT_TRUE(temporary.isValid());
-    EXPECT_FALSE(SessionArchive::load(temporary.filePath("missing.json")).has_value());
-    ASSERT_TRUE(write(temporary.filePath("cut.json"),
-        SessionArchive::encode(sampleSession("Evening", at(0.0))).left(40)));
-    EXPECT_FALSE(SessionArchive::load(temporary.filePath("cut.json")).has_value());
+    MemorySessionFiles files;
+    EXPECT_FALSE(SessionArchive::load("/missing.json", files).has_value());
+    ASSERT_TRUE(
+        files.write("/cut.json", SessionArchive::encode(sampleSession("Evening", at(0.0))).left(40)));
+    EXPECT_FALSE(SessionArchive::load("/cut.json", files).has_value());
 }

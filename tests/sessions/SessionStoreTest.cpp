@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <cmath>
 
 #include "SessionSamples.h"
+#include "sessions/MemorySessionFiles.h"
 #include "sessions/SessionArchive.h"
 #include "sessions/SessionStore.h"
 
@@ -16,8 +15,8 @@ namespace {
 
 class SessionStoreTest : public ::testing::Test {
 protected:
-    QTemporaryDir folder;
-    SessionStore store {folder.filePath("Sessions")};
+    std::shared_ptr<MemorySessionFiles> files = std::make_shared<MemorySessionFiles>();
+    SessionStore store {files, "/Sessions"};
 
     // Ten intervals a second after `from` up to `to`, each stamped at its end; counted in whole
     // tenths so that the dates fall exactly on them.
@@ -31,7 +30,7 @@ protected:
 
     QStringList savedFiles() const
     {
-        return QDir(folder.filePath("Sessions")).entryList(QDir::Files);
+        return files->filesIn("/Sessions");
     }
 };
 
@@ -97,7 +96,7 @@ TEST_F(SessionStoreTest, ACueStillRunningAtTheEndIsSavedEndedButStaysOpenAndOutO
     EXPECT_NE(store.tracker().activeRecord("B"), nullptr);
 
     const auto saved = SessionArchive::load(
-        folder.filePath("Sessions/" + SessionArchive::baseName(at(0)) + ".json"));
+        "/Sessions/" + SessionArchive::baseName(at(0)) + ".json", *files);
     ASSERT_TRUE(saved);
     EXPECT_EQ(*saved, *session);
 }
@@ -172,17 +171,17 @@ TEST_F(SessionStoreTest, TwoSessionsEndedInTheSameSecondWithoutRecordingShareOne
     store.start("Second", at(0.4), std::nullopt);
     store.end(at(0.6));
     ASSERT_EQ(savedFiles().size(), 1);
-    const auto saved = SessionArchive::load(folder.filePath("Sessions/" + savedFiles().front()));
+    const auto saved = SessionArchive::load("/Sessions/" + savedFiles().front(), *files);
     ASSERT_TRUE(saved);
     EXPECT_EQ(saved->name, "Second");
 }
 
 TEST_F(SessionStoreTest, ASessionWithARecordingIsSavedInItsFolder)
 {
-    QDir(folder.path()).mkpath("Sessions/Evening Show");
+    files->makeFolder("/Sessions/Evening Show");
     store.start("Evening", at(0), QStringLiteral("Evening Show"));
     store.end(at(3));
-    const auto saved = SessionArchive::load(folder.filePath("Sessions/Evening Show/session.json"));
+    const auto saved = SessionArchive::load("/Sessions/Evening Show/session.json", *files);
     ASSERT_TRUE(saved);
     EXPECT_EQ(saved->recordingFolderName, QStringLiteral("Evening Show"));
     EXPECT_TRUE(savedFiles().isEmpty());
@@ -193,7 +192,7 @@ TEST_F(SessionStoreTest, AStoreThatDoesNotArchiveWritesNothingButKeepsTheLastSes
     store.setArchivesSessions(false);
     store.start("Evening", at(0), std::nullopt);
     store.end(at(3));
-    EXPECT_FALSE(QDir(folder.filePath("Sessions")).exists());
+    EXPECT_FALSE(files->folders.contains("/Sessions"));
     ASSERT_TRUE(store.lastSession());
     EXPECT_EQ(store.sessionForExport(at(4)), store.lastSession());
 }

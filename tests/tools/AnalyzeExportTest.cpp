@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include "recording/DiskSessionFiles.h"
 #include "sessions/SessionArchive.h"
 #include "ostrel-analyze/AnalyzeOptions.h"
 #include "tools/AnalyzerProcess.h"
@@ -72,7 +73,8 @@ protected:
         const auto session = recordedShow();
         recording = SessionArchive::recordingFolder(*session.recordingFolderName, folder.path());
         ASSERT_TRUE(QDir().mkpath(recording));
-        ASSERT_TRUE(SessionArchive::save(session, folder.path()));
+        DiskSessionFiles files;
+        ASSERT_TRUE(SessionArchive::save(session, files, folder.path()));
     }
 };
 

@@ -9,10 +9,12 @@
 #include <QDir>
 #include <QFile>
 
+#include "recording/RecordingFile.h"
 #include "audio/AudioFileDecoder.h"
 #include "measurement/SPLMath.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
+#include "recording/DiskSessionFiles.h"
 #include "sessions/SessionArchive.h"
 #include "ostrel-analyze/AnalyzeOptions.h"
 #include "tools/AnalyzerProcess.h"
@@ -69,7 +71,7 @@ TEST(AnalyzeRecordTest, AFileBecomesARecordedShowWithSessionSoundAndFrames)
     // Rows are not printed; the summary is.
     EXPECT_EQ(run.out.rfind("# summary leq=-23.01", 0), 0u) << run.out;
 
-    const auto frames = RecordingFrames::open(path(folder / RecordingFormat::framesFileName));
+    const auto frames = RecordingFile::open(path(folder / RecordingFormat::framesFileName));
     ASSERT_TRUE(frames);
     ASSERT_EQ(frames->count(), 30);
     EXPECT_NEAR(*frames->audioTime(0), 0.1, 1e-9);
@@ -81,7 +83,7 @@ TEST(AnalyzeRecordTest, AFileBecomesARecordedShowWithSessionSoundAndFrames)
     EXPECT_NEAR(last->interval.level, SPLMath::decibelsOfAmplitude(amplitude) - 3.0103, 0.01);
     EXPECT_TRUE(last->interval.spectrum.has_value());
 
-    const auto session = SessionArchive::load(path(folder / "session.json"));
+    const auto session = SessionArchive::load(path(folder / "session.json"), DiskSessionFiles());
     ASSERT_TRUE(session);
     // Named after the file.
     EXPECT_EQ(session->name, QString::fromStdString(wav.stem().string()));
