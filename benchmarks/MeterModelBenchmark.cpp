@@ -26,7 +26,7 @@ std::vector<ostrel::MeasurementInterval> realIntervals()
             state = state * 1664525u + 1013904223u;
             const double t = static_cast<double>(b * 4800 + static_cast<int>(i)) / 48000.0;
             block[i] = static_cast<float>(0.1 * std::sin(2.0 * std::numbers::pi * 440.0 * t)
-                                          + 0.02 * ((state >> 8) / 16777216.0 - 0.5));
+                + 0.02 * ((state >> 8) / 16777216.0 - 0.5));
         }
         if (auto interval = pipeline.process(block); interval && interval->spectrum)
             intervals.push_back(*interval);
@@ -38,7 +38,7 @@ void meterModelIngest(benchmark::State& state)
 {
     const auto intervals = realIntervals();
     ostrel::MeterModel meter;
-    auto now = ostrel::Date{} + std::chrono::hours(500000);
+    auto now = ostrel::Date {} + std::chrono::hours(500000);
     std::size_t index = 0;
     for (auto _ : state) {
         meter.ingest(intervals[index], now);

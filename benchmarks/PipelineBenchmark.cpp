@@ -35,7 +35,8 @@ void pipelineLevels(benchmark::State& state, ostrel::FrequencyWeighting weightin
     for (auto _ : state) {
         if (position + blockSize > signal.size()) position = 0;
         processor.process(std::span(signal.data() + position, blockSize));
-        if (processor.pendingSampleCount() >= 4800) benchmark::DoNotOptimize(processor.takeInterval());
+        if (processor.pendingSampleCount() >= 4800)
+            benchmark::DoNotOptimize(processor.takeInterval());
         position += blockSize;
     }
     const double seconds = static_cast<double>(state.iterations() * blockSize) / rate;
@@ -43,12 +44,16 @@ void pipelineLevels(benchmark::State& state, ostrel::FrequencyWeighting weightin
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * blockSize));
 }
 
-void levelsA(benchmark::State& state) { pipelineLevels(state, ostrel::FrequencyWeighting::a); }
-void levelsZ(benchmark::State& state) { pipelineLevels(state, ostrel::FrequencyWeighting::z); }
+void levelsA(benchmark::State& state)
+{
+    pipelineLevels(state, ostrel::FrequencyWeighting::a);
+}
+void levelsZ(benchmark::State& state)
+{
+    pipelineLevels(state, ostrel::FrequencyWeighting::z);
+}
 
 } // namespace
 
 BENCHMARK(levelsA)->Arg(480)->Arg(4800);
 BENCHMARK(levelsZ)->Arg(480)->Arg(4800);
-
-

@@ -33,14 +33,16 @@ void analyzeShortWindowOnly(benchmark::State& state)
 {
     ostrel::SpectrumAnalyzer analyzer(rate);
     analyzer.append(testSignal(20000));
-    for (auto _ : state) benchmark::DoNotOptimize(analyzer.analyze(0.0));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(analyzer.analyze(0.0));
 }
 
 void analyzeBothWindows(benchmark::State& state)
 {
     ostrel::SpectrumAnalyzer analyzer(rate);
     analyzer.append(testSignal(65536));
-    for (auto _ : state) benchmark::DoNotOptimize(analyzer.analyze(0.0));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(analyzer.analyze(0.0));
 }
 
 // One second of audio in blocks of 480 through the whole pipeline, ten analyses included.
@@ -48,8 +50,8 @@ void pipelineWithSpectra(benchmark::State& state)
 {
     const auto signal = testSignal(48000);
     ostrel::MeasurementPipeline pipeline;
-    pipeline.configure(ostrel::FrequencyWeighting::a, ostrel::TimeWeighting::fast, 0.0,
-                       std::nullopt);
+    pipeline.configure(
+        ostrel::FrequencyWeighting::a, ostrel::TimeWeighting::fast, 0.0, std::nullopt);
     pipeline.prepare(rate);
     for (int i = 0; i < 2; ++i) // fill the long window first
         for (std::size_t p = 0; p < signal.size(); p += 480)
@@ -58,8 +60,8 @@ void pipelineWithSpectra(benchmark::State& state)
         for (std::size_t p = 0; p < signal.size(); p += 480)
             benchmark::DoNotOptimize(pipeline.process(std::span(signal.data() + p, 480)));
     }
-    state.counters["xRealTime"] =
-        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+    state.counters["xRealTime"]
+        = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 
 // The floor: per second of audio, ten windowed r2c transforms of each length plus the filter
@@ -75,21 +77,23 @@ void floorOfOneSecond(benchmark::State& state)
     for (int w = 0; w < 2; ++w) {
         input[w] = fftwf_alloc_real(static_cast<std::size_t>(sizes[w]));
         output[w] = fftwf_alloc_complex(static_cast<std::size_t>(sizes[w] / 2 + 1));
-        plans[w] = fftwf_plan_dft_r2c_1d(sizes[w], input[w], output[w], static_cast<unsigned>(state.range(0)));
+        plans[w] = fftwf_plan_dft_r2c_1d(
+            sizes[w], input[w], output[w], static_cast<unsigned>(state.range(0)));
         windows[w].resize(static_cast<std::size_t>(sizes[w]));
         for (int i = 0; i < sizes[w]; ++i)
-            windows[w][static_cast<std::size_t>(i)] = static_cast<float>(
-                0.5 - 0.5 * std::cos(2.0 * std::numbers::pi * i / sizes[w]));
+            windows[w][static_cast<std::size_t>(i)]
+                = static_cast<float>(0.5 - 0.5 * std::cos(2.0 * std::numbers::pi * i / sizes[w]));
     }
-    ostrel::SPLProcessor processor(rate, ostrel::FrequencyWeighting::a,
-                                   ostrel::TimeWeighting::fast, 0.0);
+    ostrel::SPLProcessor processor(
+        rate, ostrel::FrequencyWeighting::a, ostrel::TimeWeighting::fast, 0.0);
     for (auto _ : state) {
         processor.process(std::span(signal.data(), 48000));
         benchmark::DoNotOptimize(processor.takeInterval());
         for (int interval = 0; interval < 10; ++interval) {
             for (int w = 0; w < 2; ++w) {
                 for (int i = 0; i < sizes[w]; ++i)
-                    input[w][i] = signal[static_cast<std::size_t>(i)] * windows[w][static_cast<std::size_t>(i)];
+                    input[w][i] = signal[static_cast<std::size_t>(i)]
+                        * windows[w][static_cast<std::size_t>(i)];
                 fftwf_execute(plans[w]);
                 benchmark::DoNotOptimize(output[w][1][0]);
             }

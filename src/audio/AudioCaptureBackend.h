@@ -32,11 +32,13 @@ public:
     // False when the platform refuses microphone access.
     virtual bool requestPermission() = 0;
     // The format a capture of this device would deliver; absent when the device can't be used.
-    virtual std::optional<Format> inputFormat(const AudioInputDevice& device,
-                                              double requestedSampleRate) = 0;
+    virtual std::optional<Format> inputFormat(
+        const AudioInputDevice& device, double requestedSampleRate)
+        = 0;
     // Starts delivering buffers to `tap` on the audio thread; an error text on failure.
-    virtual std::optional<QString> start(const AudioInputDevice& device, const Format& format,
-                                         MeasurementPipeline::TapProvider tap) = 0;
+    virtual std::optional<QString> start(
+        const AudioInputDevice& device, const Format& format, MeasurementPipeline::TapProvider tap)
+        = 0;
     virtual void stop() = 0;
     virtual bool isRunning() const = 0;
     // What the running capture delivers now; absent when nothing runs.

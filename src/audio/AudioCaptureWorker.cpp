@@ -4,9 +4,8 @@
 
 namespace ostrel {
 
-std::optional<QString> AudioCaptureWorker::start(const QAudioDevice& device,
-                                                 const QAudioFormat& format,
-                                                 MeasurementPipeline::TapProvider tap)
+std::optional<QString> AudioCaptureWorker::start(
+    const QAudioDevice& device, const QAudioFormat& format, MeasurementPipeline::TapProvider tap)
 {
     stop();
     source_ = std::make_unique<QAudioSource>(device, format);
@@ -14,14 +13,15 @@ std::optional<QString> AudioCaptureWorker::start(const QAudioDevice& device,
     tap_ = std::move(tap);
     bytesPerFrame_ = format.bytesPerFrame();
     // Room for a tenth of a second per read, sized once here and never on the audio path.
-    buffer_.assign(static_cast<std::size_t>(format.bytesForDuration(100000)), std::byte{0});
+    buffer_.assign(static_cast<std::size_t>(format.bytesForDuration(100000)), std::byte {0});
     channelCount_ = format.channelCount();
     io_ = source_->start();
     if (!io_ || source_->error() != QAudio::NoError) {
         const auto error = source_->error();
         source_.reset();
         io_ = nullptr;
-        return QStringLiteral("the audio source refused to start (error %1)").arg(static_cast<int>(error));
+        return QStringLiteral("the audio source refused to start (error %1)")
+            .arg(static_cast<int>(error));
     }
     connect(io_, &QIODevice::readyRead, this, &AudioCaptureWorker::readAvailable);
     connect(source_.get(), &QAudioSource::stateChanged, this, [this](QAudio::State state) {
@@ -58,7 +58,8 @@ void AudioCaptureWorker::readAvailable()
 {
     if (!io_ || bytesPerFrame_ <= 0 || buffer_.empty()) return;
     // Qt's PulseAudio device reports no bytesAvailable(); read until it has nothing left.
-    const qint64 capacity = static_cast<qint64>(buffer_.size()) - static_cast<qint64>(buffer_.size()) % bytesPerFrame_;
+    const qint64 capacity = static_cast<qint64>(buffer_.size())
+        - static_cast<qint64>(buffer_.size()) % bytesPerFrame_;
     for (;;) {
         const qint64 read = io_->read(reinterpret_cast<char*>(buffer_.data()), capacity);
         // Empty deliveries are normal at start-up.

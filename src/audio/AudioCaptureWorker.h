@@ -24,7 +24,7 @@ public:
     static constexpr int bufferMicroseconds = 20000;
 
     std::optional<QString> start(const QAudioDevice& device, const QAudioFormat& format,
-                                 MeasurementPipeline::TapProvider tap);
+        MeasurementPipeline::TapProvider tap);
     void stop();
     bool isRunning() const;
     std::optional<QAudioFormat> format() const;

@@ -37,7 +37,7 @@ struct AudioFileDecoder::Impl {
 
     // What the converter was set up for; a decoder may change its sample format between frames.
     AVSampleFormat converterFormat = AV_SAMPLE_FMT_NONE;
-    AVChannelLayout converterLayout{};
+    AVChannelLayout converterLayout {};
 
     // Converted frames not yet handed out; `pendingOffset` counts floats already taken.
     std::vector<float> pending;
@@ -75,8 +75,8 @@ struct AudioFileDecoder::Impl {
         swr_free(&converter);
         av_channel_layout_uninit(&converterLayout);
         // Same layout on both sides: only the sample format changes, channels are never mixed.
-        if (swr_alloc_set_opts2(&converter, &source.ch_layout, AV_SAMPLE_FMT_FLT, source.sample_rate,
-                                &source.ch_layout, sourceFormat, source.sample_rate, 0, nullptr)
+        if (swr_alloc_set_opts2(&converter, &source.ch_layout, AV_SAMPLE_FMT_FLT,
+                source.sample_rate, &source.ch_layout, sourceFormat, source.sample_rate, 0, nullptr)
                 < 0
             || swr_init(converter) < 0) {
             swr_free(&converter);
@@ -96,16 +96,18 @@ struct AudioFileDecoder::Impl {
         const int capacity = swr_get_out_samples(converter, frame->nb_samples);
         if (capacity < 0) return fail(ffmpegErrorText(capacity));
         // Keep what has not been handed out yet, drop the rest.
-        pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(pendingOffset));
+        pending.erase(
+            pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(pendingOffset));
         pendingOffset = 0;
         const std::size_t start = pending.size();
-        pending.resize(start + static_cast<std::size_t>(capacity) * static_cast<std::size_t>(channels));
+        pending.resize(
+            start + static_cast<std::size_t>(capacity) * static_cast<std::size_t>(channels));
         auto* out = reinterpret_cast<std::uint8_t*>(pending.data() + start);
         const int converted = swr_convert(converter, &out, capacity,
-                                          const_cast<const std::uint8_t**>(frame->extended_data),
-                                          frame->nb_samples);
+            const_cast<const std::uint8_t**>(frame->extended_data), frame->nb_samples);
         if (converted < 0) return fail(ffmpegErrorText(converted));
-        pending.resize(start + static_cast<std::size_t>(converted) * static_cast<std::size_t>(channels));
+        pending.resize(
+            start + static_cast<std::size_t>(converted) * static_cast<std::size_t>(channels));
         framesDecoded += converted;
         return Step::frame;
     }
@@ -163,7 +165,7 @@ struct AudioFileDecoder::Impl {
     }
 };
 
-AudioFileDecoder::AudioFileDecoder(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+AudioFileDecoder::AudioFileDecoder(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) { }
 
 AudioFileDecoder::~AudioFileDecoder() = default;
 
@@ -194,8 +196,7 @@ AudioFileDecoder::OpenResult AudioFileDecoder::openUrl(const std::string& url)
     const AVCodec* decoder = nullptr;
     result = av_find_best_stream(impl->format, AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
     if (result == AVERROR_STREAM_NOT_FOUND) return std::string("no audio stream");
-    if (result == AVERROR_DECODER_NOT_FOUND)
-        return std::string("no decoder for its audio format");
+    if (result == AVERROR_DECODER_NOT_FOUND) return std::string("no decoder for its audio format");
     if (result < 0) return ffmpegErrorText(result);
     impl->streamIndex = result;
     const AVStream* stream = impl->format->streams[result];
@@ -273,7 +274,8 @@ std::size_t AudioFileDecoder::read(std::vector<float>& interleaved, std::size_t 
             continue;
         }
         const std::size_t take = std::min(available, wanted - interleaved.size());
-        const auto first = impl_->pending.begin() + static_cast<std::ptrdiff_t>(impl_->pendingOffset);
+        const auto first
+            = impl_->pending.begin() + static_cast<std::ptrdiff_t>(impl_->pendingOffset);
         interleaved.insert(interleaved.end(), first, first + static_cast<std::ptrdiff_t>(take));
         impl_->pendingOffset += take;
     }

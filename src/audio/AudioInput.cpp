@@ -9,7 +9,9 @@
 namespace ostrel {
 
 AudioInput::AudioInput(std::unique_ptr<AudioCaptureBackend> backend, QObject* parent)
-    : QObject(parent), backend_(std::move(backend)), pipeline_(std::make_shared<MeasurementPipeline>())
+    : QObject(parent),
+      backend_(std::move(backend)),
+      pipeline_(std::make_shared<MeasurementPipeline>())
 {
     restartTimer_.setSingleShot(true);
     restartTimer_.setInterval(defaultRestartDelayMs);
@@ -17,7 +19,7 @@ AudioInput::AudioInput(std::unique_ptr<AudioCaptureBackend> backend, QObject* pa
         if (wantsToRun_) restart();
     });
     connect(backend_.get(), &AudioCaptureBackend::configurationChanged, this,
-            &AudioInput::onConfigurationChanged);
+        &AudioInput::onConfigurationChanged);
 }
 
 AudioInput::~AudioInput()
@@ -27,10 +29,10 @@ AudioInput::~AudioInput()
 
 void AudioInput::sortByName(std::vector<AudioInputDevice>& devices)
 {
-    std::stable_sort(devices.begin(), devices.end(),
-                     [](const AudioInputDevice& a, const AudioInputDevice& b) {
-                         return NaturalOrder::compare(a.name, b.name) < 0;
-                     });
+    std::stable_sort(
+        devices.begin(), devices.end(), [](const AudioInputDevice& a, const AudioInputDevice& b) {
+            return NaturalOrder::compare(a.name, b.name) < 0;
+        });
 }
 
 void AudioInput::refreshDevices()
@@ -65,7 +67,7 @@ void AudioInput::start(const QString& deviceUID, qint64 channel)
     refreshDevices();
     if (!listening_) {
         connect(backend_.get(), &AudioCaptureBackend::devicesChanged, this,
-                &AudioInput::onDevicesChanged);
+            &AudioInput::onDevicesChanged);
         listening_ = true;
     }
     if (!backend_->requestPermission()) {
@@ -123,11 +125,11 @@ void AudioInput::restart()
     }
 
     // A channel that no longer exists falls back to the last one that does.
-    const qint64 channel =
-        std::min<qint64>(format->channelCount - 1, std::max<qint64>(requestedChannel_, 0));
+    const qint64 channel
+        = std::min<qint64>(format->channelCount - 1, std::max<qint64>(requestedChannel_, 0));
     qCInfo(ostrelAudio, "Starting %s: %u ch @ %f Hz, interleaved: %d", qUtf8Printable(device->name),
-           static_cast<unsigned>(format->channelCount), format->sampleRate,
-           format->interleaved ? 1 : 0);
+        static_cast<unsigned>(format->channelCount), format->sampleRate,
+        format->interleaved ? 1 : 0);
     pipeline_->prepare(format->sampleRate);
 
     QPointer<AudioInput> self(this);

@@ -9,12 +9,16 @@ int compare(const QString& a, const QString& b)
         if (a[i].isDigit() && b[j].isDigit()) {
             // Compare whole digit runs by value: skip leading zeros, then length, then digits.
             qsizetype startA = i, startB = j;
-            while (i < a.size() && a[i].isDigit()) ++i;
-            while (j < b.size() && b[j].isDigit()) ++j;
+            while (i < a.size() && a[i].isDigit())
+                ++i;
+            while (j < b.size() && b[j].isDigit())
+                ++j;
             QStringView runA = QStringView(a).mid(startA, i - startA);
             QStringView runB = QStringView(b).mid(startB, j - startB);
-            while (runA.size() > 1 && runA.front() == u'0') runA = runA.mid(1);
-            while (runB.size() > 1 && runB.front() == u'0') runB = runB.mid(1);
+            while (runA.size() > 1 && runA.front() == u'0')
+                runA = runA.mid(1);
+            while (runB.size() > 1 && runB.front() == u'0')
+                runB = runB.mid(1);
             if (runA.size() != runB.size()) return runA.size() < runB.size() ? -1 : 1;
             if (const int order = runA.compare(runB); order != 0) return order;
             continue;

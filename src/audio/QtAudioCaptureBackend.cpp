@@ -18,7 +18,7 @@ QtAudioCaptureBackend::QtAudioCaptureBackend(int pollMilliseconds, QObject* pare
     worker_->moveToThread(&audioThread_);
     connect(&audioThread_, &QThread::finished, worker_, &QObject::deleteLater);
     connect(worker_, &AudioCaptureWorker::failed, this, &AudioCaptureBackend::configurationChanged,
-            Qt::QueuedConnection);
+        Qt::QueuedConnection);
     audioThread_.start(QThread::TimeCriticalPriority);
 
     lastSnapshot_ = snapshot();
@@ -51,8 +51,8 @@ AudioInputDevice QtAudioCaptureBackend::describe(const QAudioDevice& device)
     described.name = device.description();
     described.inputChannels = preferred.channelCount();
     described.nominalSampleRate = preferred.sampleRate();
-    described.availableSampleRates =
-        offeredRates(device.minimumSampleRate(), device.maximumSampleRate());
+    described.availableSampleRates
+        = offeredRates(device.minimumSampleRate(), device.maximumSampleRate());
     return described;
 }
 
@@ -107,9 +107,8 @@ std::optional<AudioCaptureBackend::Format> QtAudioCaptureBackend::inputFormat(
     return format;
 }
 
-std::optional<QString> QtAudioCaptureBackend::start(const AudioInputDevice& device,
-                                                    const Format& format,
-                                                    MeasurementPipeline::TapProvider tap)
+std::optional<QString> QtAudioCaptureBackend::start(
+    const AudioInputDevice& device, const Format& format, MeasurementPipeline::TapProvider tap)
 {
     const auto found = find(device.uid);
     if (!found) return QStringLiteral("the device %1 is gone").arg(device.name);
@@ -127,30 +126,32 @@ std::optional<QString> QtAudioCaptureBackend::start(const AudioInputDevice& devi
 void QtAudioCaptureBackend::stop()
 {
     if (!audioThread_.isRunning()) return;
-    QMetaObject::invokeMethod(worker_, [this] { worker_->stop(); }, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(
+        worker_, [this] { worker_->stop(); }, Qt::BlockingQueuedConnection);
 }
 
 bool QtAudioCaptureBackend::isRunning() const
 {
     bool running = false;
-    QMetaObject::invokeMethod(worker_, [&] { running = worker_->isRunning(); },
-                              Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(
+        worker_, [&] { running = worker_->isRunning(); }, Qt::BlockingQueuedConnection);
     return running;
 }
 
 std::optional<AudioCaptureBackend::Format> QtAudioCaptureBackend::runningFormat() const
 {
     std::optional<QAudioFormat> format;
-    QMetaObject::invokeMethod(worker_, [&] { format = worker_->format(); },
-                              Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(
+        worker_, [&] { format = worker_->format(); }, Qt::BlockingQueuedConnection);
     if (!format) return std::nullopt;
-    return Format{format->channelCount(), static_cast<double>(format->sampleRate()), true};
+    return Format {format->channelCount(), static_cast<double>(format->sampleRate()), true};
 }
 
 QStringList QtAudioCaptureBackend::snapshot() const
 {
     QStringList ids;
-    for (const auto& device : QMediaDevices::audioInputs()) ids << QString::fromUtf8(device.id());
+    for (const auto& device : QMediaDevices::audioInputs())
+        ids << QString::fromUtf8(device.id());
     ids << QStringLiteral("default:") + QString::fromUtf8(QMediaDevices::defaultAudioInput().id());
     return ids;
 }

@@ -26,10 +26,10 @@ public:
     std::vector<AudioInputDevice> inputDevices() override;
     std::optional<QString> defaultInputDeviceUID() override;
     bool requestPermission() override;
-    std::optional<Format> inputFormat(const AudioInputDevice& device,
-                                      double requestedSampleRate) override;
+    std::optional<Format> inputFormat(
+        const AudioInputDevice& device, double requestedSampleRate) override;
     std::optional<QString> start(const AudioInputDevice& device, const Format& format,
-                                 MeasurementPipeline::TapProvider tap) override;
+        MeasurementPipeline::TapProvider tap) override;
     void stop() override;
     bool isRunning() const override;
     std::optional<Format> runningFormat() const override;

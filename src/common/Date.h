@@ -10,7 +10,7 @@ using Date = std::chrono::system_clock::time_point;
 
 // "Never": far enough back for any throttle to pass, near enough that differences in
 // nanoseconds cannot overflow.
-inline constexpr Date distantPast = Date{} - std::chrono::hours(24 * 365 * 100);
+inline constexpr Date distantPast = Date {} - std::chrono::hours(24 * 365 * 100);
 
 // Seconds from `from` to `to`, as the rest of the system counts durations.
 inline double secondsBetween(Date from, Date to)
@@ -20,7 +20,8 @@ inline double secondsBetween(Date from, Date to)
 
 inline Date addingSeconds(Date date, double seconds)
 {
-    return date + std::chrono::duration_cast<Date::duration>(std::chrono::duration<double>(seconds));
+    return date
+        + std::chrono::duration_cast<Date::duration>(std::chrono::duration<double>(seconds));
 }
 
 } // namespace ostrel

@@ -6,14 +6,14 @@ namespace ostrel::IsoDate {
 
 QDateTime toQDateTime(Date date)
 {
-    const auto milliseconds =
-        std::chrono::duration_cast<std::chrono::milliseconds>(date.time_since_epoch()).count();
+    const auto milliseconds
+        = std::chrono::duration_cast<std::chrono::milliseconds>(date.time_since_epoch()).count();
     return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
 }
 
 Date fromQDateTime(const QDateTime& dateTime)
 {
-    return Date{} + std::chrono::milliseconds(dateTime.toMSecsSinceEpoch());
+    return Date {} + std::chrono::milliseconds(dateTime.toMSecsSinceEpoch());
 }
 
 QString string(Date date)

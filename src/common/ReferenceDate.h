@@ -14,7 +14,7 @@ inline constexpr double unixOffset = 978'307'200.0; // 2001-01-01 in seconds sin
 
 inline double seconds(Date date)
 {
-    return secondsBetween(Date{}, date) - unixOffset;
+    return secondsBetween(Date {}, date) - unixOffset;
 }
 
 // Nothing for a value that is not finite or lies outside what `Date` can hold (about 292 years
@@ -24,7 +24,7 @@ inline std::optional<Date> date(double seconds)
     const double sinceUnix = seconds + unixOffset;
     const double limit = std::chrono::duration<double>(Date::duration::max()).count() * 0.99;
     if (!std::isfinite(sinceUnix) || std::abs(sinceUnix) > limit) return std::nullopt;
-    return addingSeconds(Date{}, sinceUnix);
+    return addingSeconds(Date {}, sinceUnix);
 }
 
 } // namespace ostrel::ReferenceDate

@@ -15,8 +15,8 @@ struct Biquad {
     static Biquad identity() noexcept { return {}; }
 
     // Analogue n0 s^2 + n1 s + n2 over d0 s^2 + d1 s + d2, bilinear transform with K = 2 fs.
-    static Biquad bilinear(const double (&numerator)[3], const double (&denominator)[3],
-                           double sampleRate) noexcept;
+    static Biquad bilinear(
+        const double (&numerator)[3], const double (&denominator)[3], double sampleRate) noexcept;
 
     double process(double x) noexcept
     {

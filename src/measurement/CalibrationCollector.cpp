@@ -9,7 +9,8 @@ namespace ostrel {
 std::optional<std::string_view> CalibrationResult::failureMessage() const
 {
     switch (kind) {
-    case Kind::success: return std::nullopt;
+    case Kind::success:
+        return std::nullopt;
     case Kind::noSignal:
         return "Ostrel Live couldn't hear the calibrator. Check that it's switched on and the "
                "microphone is fully inserted.";
@@ -47,8 +48,8 @@ CalibrationResult CalibrationCollector::result(double referenceLevel) const
     const double level = SPLMath::decibels(rawEnergy_ / static_cast<double>(sampleCount_));
     if (!(level > minimumLevelDBFS)) return CalibrationResult::failure(Kind::noSignal);
     if (!shortTermLevels_.empty()) {
-        const auto [lowest, highest] =
-            std::minmax_element(shortTermLevels_.begin(), shortTermLevels_.end());
+        const auto [lowest, highest]
+            = std::minmax_element(shortTermLevels_.begin(), shortTermLevels_.end());
         if (*highest - *lowest > maximumSpread) return CalibrationResult::failure(Kind::unstable);
     }
     return CalibrationResult::success(SPLMath::calibrationOffset(referenceLevel, level), level);

@@ -15,7 +15,7 @@ namespace ostrel {
 struct CalibrationResult {
     enum class Kind { success, noSignal, unstable, overload };
     Kind kind = Kind::noSignal;
-    double offset = 0.0;       // success only
+    double offset = 0.0; // success only
     double measuredDBFS = 0.0; // success only
 
     static CalibrationResult success(double offset, double measuredDBFS)
@@ -31,9 +31,9 @@ struct CalibrationResult {
 
 class CalibrationCollector {
 public:
-    double settleTime = 0.5;          // seconds ignored at the start
-    double minimumLevelDBFS = -80.0;  // a quieter input is no calibrator
-    double maximumSpread = 2.0;       // dB allowed between short-term levels
+    double settleTime = 0.5; // seconds ignored at the start
+    double minimumLevelDBFS = -80.0; // a quieter input is no calibrator
+    double maximumSpread = 2.0; // dB allowed between short-term levels
 
     void add(const MeasurementInterval& interval);
     CalibrationResult result(double referenceLevel) const;

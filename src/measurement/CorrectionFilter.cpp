@@ -31,8 +31,8 @@ using ComplexBuffer = std::unique_ptr<fftwf_complex[], FftwFree>;
 
 double inverseAmplitude(const MicrophoneCorrection& correction, double frequency) noexcept
 {
-    const double difference =
-        correction.rawResponse(frequency) - correction.rawResponse(referenceFrequency);
+    const double difference
+        = correction.rawResponse(frequency) - correction.rawResponse(referenceFrequency);
     if (difference > responseLimit) return 0.1;
     const double response = std::clamp(difference, -responseLimit, responseLimit);
     return std::sqrt(std::pow(10.0, -response / 10.0));
@@ -41,15 +41,16 @@ double inverseAmplitude(const MicrophoneCorrection& correction, double frequency
 // A fixed width is what the compiler vectorises at -O2, and a local accumulator can't alias the
 // input. Narrow widths are latency-bound, so blocks use the widest that fits first.
 template <std::size_t lanes>
-std::size_t convolveLanes(const float* in, const float* taps, float* out, std::size_t n,
-                          std::size_t count) noexcept
+std::size_t convolveLanes(
+    const float* in, const float* taps, float* out, std::size_t n, std::size_t count) noexcept
 {
     for (; n + lanes <= count; n += lanes) {
         float sums[lanes] = {};
         for (std::size_t j = 0; j < static_cast<std::size_t>(CorrectionFilter::tapCount); ++j) {
             const float tap = taps[j];
             const float* const x = in + n + j;
-            for (std::size_t lane = 0; lane < lanes; ++lane) sums[lane] += x[lane] * tap;
+            for (std::size_t lane = 0; lane < lanes; ++lane)
+                sums[lane] += x[lane] * tap;
         }
         std::copy_n(sums, lanes, out + n);
     }
@@ -63,8 +64,8 @@ CorrectionFilter::CorrectionFilter(const MicrophoneCorrection& correction, doubl
 {
 }
 
-std::vector<float> CorrectionFilter::design(const MicrophoneCorrection& correction,
-                                            double sampleRate)
+std::vector<float> CorrectionFilter::design(
+    const MicrophoneCorrection& correction, double sampleRate)
 {
     std::vector<float> taps(tapCount, 0.0f);
 
@@ -74,8 +75,8 @@ std::vector<float> CorrectionFilter::design(const MicrophoneCorrection& correcti
     std::fill_n(&spectrum[0][0], 2 * transformSize, 0.0f);
 
     for (int k = 0; k <= transformSize / 2; ++k) {
-        const double frequency = std::clamp(sampleRate * k / transformSize, lowestDesignFrequency,
-                                            highestDesignFrequency);
+        const double frequency = std::clamp(
+            sampleRate * k / transformSize, lowestDesignFrequency, highestDesignFrequency);
         const auto amplitude = static_cast<float>(inverseAmplitude(correction, frequency));
         spectrum[k][0] = amplitude;
         if (k > 0 && k < transformSize / 2) spectrum[transformSize - k][0] = amplitude;
@@ -84,8 +85,8 @@ std::vector<float> CorrectionFilter::design(const MicrophoneCorrection& correcti
     fftwf_plan plan = nullptr;
     {
         const std::lock_guard lock(fftwPlannerMutex());
-        plan = fftwf_plan_dft_1d(transformSize, spectrum.get(), impulse.get(), FFTW_BACKWARD,
-                                 FFTW_ESTIMATE);
+        plan = fftwf_plan_dft_1d(
+            transformSize, spectrum.get(), impulse.get(), FFTW_BACKWARD, FFTW_ESTIMATE);
     }
     if (!plan) return taps;
     fftwf_execute(plan);
@@ -97,10 +98,10 @@ std::vector<float> CorrectionFilter::design(const MicrophoneCorrection& correcti
     constexpr double windowSpan = tapCount - 1;
     for (int i = 0; i < tapCount; ++i) {
         const double window = 0.42 - 0.5 * std::cos(2.0 * std::numbers::pi * i / windowSpan)
-                              + 0.08 * std::cos(4.0 * std::numbers::pi * i / windowSpan);
+            + 0.08 * std::cos(4.0 * std::numbers::pi * i / windowSpan);
         const int source = (i - centreTap + transformSize) % transformSize;
-        taps[static_cast<std::size_t>(i)] =
-            static_cast<float>(impulse[source][0] / transformSize * window);
+        taps[static_cast<std::size_t>(i)]
+            = static_cast<float>(impulse[source][0] / transformSize * window);
     }
     return taps;
 }
@@ -125,8 +126,8 @@ std::span<const float> CorrectionFilter::process(std::span<const float> samples)
     convolveLanes<1>(in, taps, out, n, count);
 
     if (count > 0)
-        std::copy_n(input_.begin() + static_cast<std::ptrdiff_t>(count), historyLength,
-                    input_.begin());
+        std::copy_n(
+            input_.begin() + static_cast<std::ptrdiff_t>(count), historyLength, input_.begin());
     return {output_.data(), count};
 }
 

@@ -27,7 +27,7 @@ public:
 
 private:
     std::vector<float> taps_;
-    std::vector<float> input_;  // history (tapCount - 1) followed by the block
+    std::vector<float> input_; // history (tapCount - 1) followed by the block
     std::vector<float> output_;
 };
 

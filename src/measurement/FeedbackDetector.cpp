@@ -32,8 +32,8 @@ void FeedbackDetector::track(const SpectralPeak& peak, Date now)
 {
     if (!m_candidate
         || std::abs(peak.frequency - m_candidate->frequency)
-               > m_candidate->frequency * frequencyTolerance) {
-        m_candidate = Candidate{peak.frequency, now, peak.level};
+            > m_candidate->frequency * frequencyTolerance) {
+        m_candidate = Candidate {peak.frequency, now, peak.level};
         return;
     }
     // Averaging lets a tone that drifts slowly stay one candidate.
@@ -49,7 +49,7 @@ void FeedbackDetector::confirm(double frequency, Date now)
 {
     // A warning at the same pitch keeps its start, so the operator sees how long it has rung.
     if (!m_warning || std::abs(m_warning->frequency - frequency) > frequency * frequencyTolerance)
-        m_warning = FeedbackWarning{frequency, m_candidate->since};
+        m_warning = FeedbackWarning {frequency, m_candidate->since};
     m_lastConfirmed = now;
 }
 

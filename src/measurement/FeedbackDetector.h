@@ -10,8 +10,8 @@
 namespace ostrel {
 
 struct FeedbackWarning {
-    double frequency = 0.0;              // Hz
-    Date since;             // when the tone was first heard, not when it was confirmed
+    double frequency = 0.0; // Hz
+    Date since; // when the tone was first heard, not when it was confirmed
     bool operator==(const FeedbackWarning&) const = default;
 };
 
@@ -25,14 +25,14 @@ public:
         bool operator==(const Candidate&) const = default;
     };
 
-    double minimumProminence = 20.0;     // dB above the surrounding bins
-    double strongProminence = 30.0;      // this much stands out enough without growing
-    double minimumLevel = 55.0;          // calibrated dB
+    double minimumProminence = 20.0; // dB above the surrounding bins
+    double strongProminence = 30.0; // this much stands out enough without growing
+    double minimumLevel = 55.0; // calibrated dB
     double maximumHarmonicLevel = -25.0; // dB relative to the peak; music carries harmonics
-    double frequencyTolerance = 0.01;    // fraction of the frequency still counted as one tone
-    double sustainDuration = 1.0;        // seconds
-    double minimumRise = 3.0;            // dB over the sustain
-    double releaseTime = 3.0;            // seconds without confirmation before the warning drops
+    double frequencyTolerance = 0.01; // fraction of the frequency still counted as one tone
+    double sustainDuration = 1.0; // seconds
+    double minimumRise = 3.0; // dB over the sustain
+    double releaseTime = 3.0; // seconds without confirmation before the warning drops
 
     // The warning standing after this spectrum, if any.
     std::optional<FeedbackWarning> update(std::optional<SpectralPeak> peak, Date now);

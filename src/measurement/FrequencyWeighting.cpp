@@ -5,9 +5,12 @@ namespace ostrel {
 std::string_view rawValue(FrequencyWeighting weighting)
 {
     switch (weighting) {
-    case FrequencyWeighting::a: return "A";
-    case FrequencyWeighting::c: return "C";
-    case FrequencyWeighting::z: return "Z";
+    case FrequencyWeighting::a:
+        return "A";
+    case FrequencyWeighting::c:
+        return "C";
+    case FrequencyWeighting::z:
+        return "Z";
     }
     return "A";
 }
@@ -32,7 +35,8 @@ std::string_view summary(FrequencyWeighting weighting)
         return "Approximates human hearing at moderate levels. Standard for noise exposure.";
     case FrequencyWeighting::c:
         return "Flatter response that includes low frequencies. Useful for loud music and peaks.";
-    case FrequencyWeighting::z: return "No weighting. The unaltered acoustic level.";
+    case FrequencyWeighting::z:
+        return "No weighting. The unaltered acoustic level.";
     }
     return {};
 }

@@ -9,7 +9,7 @@ namespace ostrel {
 
 enum class FrequencyWeighting { a, c, z };
 
-inline constexpr std::array<FrequencyWeighting, 3> allFrequencyWeightings{
+inline constexpr std::array<FrequencyWeighting, 3> allFrequencyWeightings {
     FrequencyWeighting::a, FrequencyWeighting::c, FrequencyWeighting::z};
 
 std::string_view rawValue(FrequencyWeighting weighting);

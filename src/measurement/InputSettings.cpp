@@ -6,9 +6,7 @@ const Setting<QString> InputSettings::deviceUIDKey {"inputDeviceUID", QString()}
 const Setting<qint64> InputSettings::channelKey {"inputChannel", 0};
 
 InputSettings::InputSettings(SettingsStore& store, QObject* parent)
-    : SettingsGroup(store, parent)
-    , deviceUID_(read(deviceUIDKey))
-    , channel_(read(channelKey))
+    : SettingsGroup(store, parent), deviceUID_(read(deviceUIDKey)), channel_(read(channelKey))
 {
 }
 

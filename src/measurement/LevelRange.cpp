@@ -12,9 +12,12 @@ LevelRange level(double level, double elevatedFrom, double high)
 std::string_view title(LevelRange range)
 {
     switch (range) {
-    case LevelRange::normal: return "Normal";
-    case LevelRange::elevated: return "Elevated";
-    case LevelRange::high: return "High";
+    case LevelRange::normal:
+        return "Normal";
+    case LevelRange::elevated:
+        return "Elevated";
+    case LevelRange::high:
+        return "High";
     }
     return "Normal";
 }

@@ -31,10 +31,8 @@ void LevelStatistics::add(const MeasurementInterval& interval) noexcept
 
 QJsonObject LevelStatistics::toJson() const
 {
-    QJsonObject object{{"energy", energy},
-                       {"sampleCount", static_cast<qint64>(sampleCount)},
-                       {"duration", duration},
-                       {"peakPower", peakPower}};
+    QJsonObject object {{"energy", energy}, {"sampleCount", static_cast<qint64>(sampleCount)},
+        {"duration", duration}, {"peakPower", peakPower}};
     if (maxLevel) object.insert("maxLevel", *maxLevel);
     return object;
 }

@@ -13,10 +13,10 @@ namespace ostrel {
 struct MeasurementInterval {
     std::int64_t sampleCount = 0;
     double sampleRate = 48000.0;
-    double energy = 0.0;    // calibrated sum of squared weighted samples
+    double energy = 0.0; // calibrated sum of squared weighted samples
     double peakPower = 0.0; // calibrated highest squared weighted sample
     double maxLevel = SPLMath::floorDecibels; // dB, highest detector value
-    double level = SPLMath::floorDecibels;    // dB, detector when the interval closed
+    double level = SPLMath::floorDecibels; // dB, detector when the interval closed
     double rawEnergy = 0.0; // sum of squared raw samples: no weighting, correction or calibration
     bool clipped = false;
     std::optional<Spectrum> spectrum;
@@ -29,8 +29,8 @@ struct MeasurementInterval {
     double peakLevel() const noexcept { return SPLMath::decibels(peakPower); }
     double rawLevelDBFS() const noexcept
     {
-        return SPLMath::decibels(rawEnergy
-                                 / static_cast<double>(sampleCount > 1 ? sampleCount : 1));
+        return SPLMath::decibels(
+            rawEnergy / static_cast<double>(sampleCount > 1 ? sampleCount : 1));
     }
 
     bool operator==(const MeasurementInterval&) const = default;

@@ -19,8 +19,7 @@ MeasurementPipeline::MeasurementPipeline(Clock clock) : clock_(std::move(clock))
 }
 
 void MeasurementPipeline::configure(FrequencyWeighting weighting, TimeWeighting response,
-                                    double calibrationOffset,
-                                    const std::optional<MicrophoneCorrection>& correction)
+    double calibrationOffset, const std::optional<MicrophoneCorrection>& correction)
 {
     double sampleRate = 0.0;
     bool correctionChanged = false;
@@ -34,7 +33,8 @@ void MeasurementPipeline::configure(FrequencyWeighting weighting, TimeWeighting 
     std::optional<SPLProcessor> replacement;
     std::optional<SpectrumAnalyzer> replacementAnalyzer;
     if (correctionChanged) {
-        replacement.emplace(sampleRate, FrequencyWeighting::a, TimeWeighting::fast, 0.0, correction);
+        replacement.emplace(
+            sampleRate, FrequencyWeighting::a, TimeWeighting::fast, 0.0, correction);
         replacementAnalyzer.emplace(sampleRate);
         replacementAnalyzer->setCorrection(correction);
     }
@@ -59,7 +59,7 @@ void MeasurementPipeline::prepare(double sampleRate)
     std::lock_guard lock(mutex_);
     const SPLProcessor& current = state_.processor;
     state_.processor = SPLProcessor(sampleRate, current.weighting(), current.response(),
-                                    current.calibrationOffset(), current.correction());
+        current.calibrationOffset(), current.correction());
     state_.analyzer = SpectrumAnalyzer(sampleRate);
     state_.analyzer.setCorrection(state_.processor.correction());
     state_.intervalLength = intervalLength(sampleRate);
@@ -94,8 +94,8 @@ std::optional<MeasurementInterval> MeasurementPipeline::process(std::span<const 
 MeasurementPipeline::Snapshot MeasurementPipeline::snapshot() const
 {
     std::lock_guard lock(mutex_);
-    return {state_.processor,           state_.intervalLength,     state_.recorder != nullptr,
-            state_.analyzer.sampleRate(), state_.analyzer.filled(), state_.analyzer.hasCorrection()};
+    return {state_.processor, state_.intervalLength, state_.recorder != nullptr,
+        state_.analyzer.sampleRate(), state_.analyzer.filled(), state_.analyzer.hasCorrection()};
 }
 
 } // namespace ostrel

@@ -26,8 +26,8 @@ namespace ostrel {
 class MeasurementPipeline {
 public:
     struct State {
-        SPLProcessor processor{48000.0, FrequencyWeighting::a, TimeWeighting::fast, 0.0};
-        SpectrumAnalyzer analyzer{48000.0};
+        SPLProcessor processor {48000.0, FrequencyWeighting::a, TimeWeighting::fast, 0.0};
+        SpectrumAnalyzer analyzer {48000.0};
         std::int64_t intervalLength = 4800;
         std::shared_ptr<PipelineRecorder> recorder;
     };
@@ -50,7 +50,7 @@ public:
     // Main thread, whenever the measuring settings change. A new correction is designed outside
     // the lock; everything else is a field change under it.
     void configure(FrequencyWeighting weighting, TimeWeighting response, double calibrationOffset,
-                   const std::optional<MicrophoneCorrection>& correction);
+        const std::optional<MicrophoneCorrection>& correction);
     // Main thread, before a tap is installed: re-targets everything at a new rate.
     void prepare(double sampleRate);
     void setRecorder(std::shared_ptr<PipelineRecorder> recorder);
@@ -70,8 +70,7 @@ public:
     // The function the audio tap calls with each buffer. Measures channel `channel` (zero-based)
     // and posts each finished interval through `postToMain`, where `deliver` runs.
     static TapProvider makeTapProvider(std::shared_ptr<MeasurementPipeline> pipeline, int channel,
-                                       std::function<void(MeasurementInterval)> deliver,
-                                       MainThreadPoster postToMain);
+        std::function<void(MeasurementInterval)> deliver, MainThreadPoster postToMain);
 
 private:
     mutable std::mutex mutex_;

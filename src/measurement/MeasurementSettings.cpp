@@ -17,7 +17,8 @@ QString text(std::string_view value)
 std::optional<std::optional<MicrophoneCorrection>> parseCorrection(const QString& raw)
 {
     const QJsonDocument document = QJsonDocument::fromJson(raw.toUtf8());
-    if (!document.isObject()) return std::optional<std::optional<MicrophoneCorrection>>(std::nullopt);
+    if (!document.isObject())
+        return std::optional<std::optional<MicrophoneCorrection>>(std::nullopt);
     return std::optional(MicrophoneCorrection::fromJson(document.object()));
 }
 
@@ -66,13 +67,13 @@ const Setting<std::optional<MicrophoneCorrection>> MeasurementSettings::micropho
     "microphoneCorrection", std::nullopt, &parseCorrection, &formatCorrection};
 
 MeasurementSettings::MeasurementSettings(SettingsStore& store, QObject* parent)
-    : SettingsGroup(store, parent)
-    , weighting_(read(weightingKey))
-    , response_(read(responseKey))
-    , calibrationOffset_(read(calibrationOffsetKey))
-    , calibrationDate_(read(calibrationDateKey))
-    , calibratorReferenceLevel_(read(calibratorReferenceLevelKey))
-    , microphoneCorrection_(read(microphoneCorrectionKey))
+    : SettingsGroup(store, parent),
+      weighting_(read(weightingKey)),
+      response_(read(responseKey)),
+      calibrationOffset_(read(calibrationOffsetKey)),
+      calibrationDate_(read(calibrationDateKey)),
+      calibratorReferenceLevel_(read(calibratorReferenceLevelKey)),
+      microphoneCorrection_(read(microphoneCorrectionKey))
 {
 }
 
@@ -96,7 +97,8 @@ void MeasurementSettings::setCalibrationOffset(double value)
 
 void MeasurementSettings::setCalibrationDate(const std::optional<Date>& value)
 {
-    assign(calibrationDate_, value, calibrationDateKey, &MeasurementSettings::calibrationDateChanged);
+    assign(
+        calibrationDate_, value, calibrationDateKey, &MeasurementSettings::calibrationDateChanged);
 }
 
 void MeasurementSettings::setCalibratorReferenceLevel(double value)

@@ -16,8 +16,10 @@ namespace ostrel {
 
 class MeasurementSettings : public SettingsGroup {
     Q_OBJECT
-    Q_PROPERTY(double calibrationOffset READ calibrationOffset WRITE setCalibrationOffset NOTIFY calibrationOffsetChanged)
-    Q_PROPERTY(double calibratorReferenceLevel READ calibratorReferenceLevel WRITE setCalibratorReferenceLevel NOTIFY calibratorReferenceLevelChanged)
+    Q_PROPERTY(double calibrationOffset READ calibrationOffset WRITE setCalibrationOffset NOTIFY
+            calibrationOffsetChanged)
+    Q_PROPERTY(double calibratorReferenceLevel READ calibratorReferenceLevel WRITE
+            setCalibratorReferenceLevel NOTIFY calibratorReferenceLevelChanged)
     Q_PROPERTY(bool isCalibrated READ isCalibrated NOTIFY calibrationDateChanged)
     Q_PROPERTY(QString meterSetting READ meterSetting NOTIFY meterSettingChanged)
 

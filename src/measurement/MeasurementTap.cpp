@@ -12,9 +12,10 @@ MeasurementPipeline::TapProvider MeasurementPipeline::makeTapProvider(
     // The scratch buffer is the one copy on this path (de-interleaving); it grows only for a
     // block larger than any before.
     auto scratch = std::make_shared<std::vector<float>>();
-    auto sharedDeliver = std::make_shared<std::function<void(MeasurementInterval)>>(std::move(deliver));
+    auto sharedDeliver
+        = std::make_shared<std::function<void(MeasurementInterval)>>(std::move(deliver));
     return [pipeline = std::move(pipeline), channel, sharedDeliver, scratch,
-            postToMain = std::move(postToMain)](const AudioBufferView& buffer) {
+               postToMain = std::move(postToMain)](const AudioBufferView& buffer) {
         // A device that lost channels must not crash the tap.
         if (channel < 0 || channel >= buffer.channelCount) return;
         if (buffer.format != AudioBufferView::SampleFormat::float32) return;

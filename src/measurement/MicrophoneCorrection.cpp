@@ -25,8 +25,10 @@ bool isWhiteSpace(char c) noexcept
 
 std::string_view trimmed(std::string_view text) noexcept
 {
-    while (!text.empty() && isWhiteSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isWhiteSpace(text.back())) text.remove_suffix(1);
+    while (!text.empty() && isWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isWhiteSpace(text.back()))
+        text.remove_suffix(1);
     return text;
 }
 
@@ -61,9 +63,8 @@ std::optional<double> firstNumberAfterEquals(std::string_view line) noexcept
 bool mentionsSensFactor(std::string_view line)
 {
     std::string lower(line);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-        return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+        [](char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; });
     return lower.find("sens factor") != std::string::npos;
 }
 
@@ -95,11 +96,10 @@ std::optional<MicrophoneCorrection::Point> dataPoint(std::string_view line)
     const auto frequency = decimal(fields[0]);
     const auto response = decimal(fields[1]);
     if (!frequency || !response) return std::nullopt;
-    return MicrophoneCorrection::Point{*frequency, *response};
+    return MicrophoneCorrection::Point {*frequency, *response};
 }
 
-template <typename Visit>
-void forEachLine(std::string_view text, Visit visit)
+template <typename Visit> void forEachLine(std::string_view text, Visit visit)
 {
     std::size_t start = 0;
     while (start <= text.size()) {
@@ -117,20 +117,20 @@ void forEachLine(std::string_view text, Visit visit)
 void sortByFrequency(std::vector<MicrophoneCorrection::Point>& points)
 {
     std::stable_sort(points.begin(), points.end(),
-                     [](const auto& a, const auto& b) { return a.frequency < b.frequency; });
+        [](const auto& a, const auto& b) { return a.frequency < b.frequency; });
 }
 
 } // namespace
 
-MicrophoneCorrection::MicrophoneCorrection(std::string name, std::vector<Point> points,
-                                           std::optional<double> sensitivityFactor)
+MicrophoneCorrection::MicrophoneCorrection(
+    std::string name, std::vector<Point> points, std::optional<double> sensitivityFactor)
     : name_(std::move(name)), points_(std::move(points)), sensitivityFactor_(sensitivityFactor)
 {
     sortByFrequency(points_);
 }
 
-std::variant<MicrophoneCorrection, MicrophoneCorrection::ParseError>
-MicrophoneCorrection::parsing(std::string_view text, std::string name)
+std::variant<MicrophoneCorrection, MicrophoneCorrection::ParseError> MicrophoneCorrection::parsing(
+    std::string_view text, std::string name)
 {
     // Files saved by Windows tools often begin with a byte-order mark.
     if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
@@ -160,7 +160,7 @@ MicrophoneCorrection::parsing(std::string_view text, std::string name)
     if (kept.size() < 3) return ParseError::tooFewPoints;
     const bool plausible = std::all_of(kept.begin(), kept.end(), [](const Point& point) {
         return std::abs(point.response) < implausibleResponse
-               && point.frequency < implausibleFrequency;
+            && point.frequency < implausibleFrequency;
     });
     if (!plausible) return ParseError::implausibleValues;
 
@@ -209,14 +209,14 @@ double MicrophoneCorrection::rawResponse(double frequency) const noexcept
     const Point& a = points_[lo];
     const Point& b = points_[hi];
     return a.response
-           + (b.response - a.response) * std::log(frequency / a.frequency)
-                 / std::log(b.frequency / a.frequency);
+        + (b.response - a.response) * std::log(frequency / a.frequency)
+        / std::log(b.frequency / a.frequency);
 }
 
 double MicrophoneCorrection::response(double frequency) const noexcept
 {
-    return std::clamp(rawResponse(frequency) - rawResponse(referenceFrequency), -responseLimit,
-                      responseLimit);
+    return std::clamp(
+        rawResponse(frequency) - rawResponse(referenceFrequency), -responseLimit, responseLimit);
 }
 
 double MicrophoneCorrection::powerGain(double frequency) const noexcept
@@ -228,8 +228,8 @@ QJsonObject MicrophoneCorrection::toJson() const
 {
     QJsonArray points;
     for (const Point& point : points_)
-        points.append(QJsonObject{{"frequency", point.frequency}, {"response", point.response}});
-    QJsonObject object{{"name", QString::fromStdString(name_)}, {"points", points}};
+        points.append(QJsonObject {{"frequency", point.frequency}, {"response", point.response}});
+    QJsonObject object {{"name", QString::fromStdString(name_)}, {"points", points}};
     if (sensitivityFactor_) object.insert("sensitivityFactor", *sensitivityFactor_);
     return object;
 }

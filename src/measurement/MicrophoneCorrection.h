@@ -17,7 +17,7 @@ class MicrophoneCorrection {
 public:
     struct Point {
         double frequency = 0.0; // Hz
-        double response = 0.0;  // dB
+        double response = 0.0; // dB
         bool operator==(const Point&) const = default;
     };
 
@@ -25,10 +25,10 @@ public:
 
     // Sorts the points by frequency.
     MicrophoneCorrection(std::string name, std::vector<Point> points,
-                         std::optional<double> sensitivityFactor = std::nullopt);
+        std::optional<double> sensitivityFactor = std::nullopt);
 
-    static std::variant<MicrophoneCorrection, ParseError> parsing(std::string_view text,
-                                                                  std::string name);
+    static std::variant<MicrophoneCorrection, ParseError> parsing(
+        std::string_view text, std::string name);
     static std::string_view message(ParseError error);
     static std::string_view unreadableFileMessage();
 

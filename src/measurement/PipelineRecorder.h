@@ -16,7 +16,8 @@ public:
     virtual ~PipelineRecorder() = default;
     // `samples` are valid only during the call. `interval` is the one this block finished.
     virtual void append(std::span<const float> samples, double sampleRate,
-                        const std::optional<MeasurementInterval>& interval, Date at) = 0;
+        const std::optional<MeasurementInterval>& interval, Date at)
+        = 0;
 };
 
 } // namespace ostrel

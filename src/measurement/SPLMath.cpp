@@ -17,7 +17,7 @@ double aResponse(double f)
 {
     const double f2sq = f * f;
     return (f4 * f4 * f2sq * f2sq)
-           / ((f2sq + f1 * f1) * std::sqrt((f2sq + f2 * f2) * (f2sq + f3 * f3)) * (f2sq + f4 * f4));
+        / ((f2sq + f1 * f1) * std::sqrt((f2sq + f2 * f2) * (f2sq + f3 * f3)) * (f2sq + f4 * f4));
 }
 
 double cResponse(double f)
@@ -79,7 +79,8 @@ std::optional<double> energyAverage(std::span<const double> levels) noexcept
 {
     if (levels.empty()) return std::nullopt;
     double sum = 0.0;
-    for (double level : levels) sum += power(level);
+    for (double level : levels)
+        sum += power(level);
     return decibels(sum / static_cast<double>(levels.size()));
 }
 

@@ -10,9 +10,8 @@ namespace {
 constexpr double clipThreshold = 0.999;
 }
 
-SPLProcessor::SPLProcessor(double sampleRate, FrequencyWeighting weighting,
-                           TimeWeighting response, double calibrationOffset,
-                           std::optional<MicrophoneCorrection> correction)
+SPLProcessor::SPLProcessor(double sampleRate, FrequencyWeighting weighting, TimeWeighting response,
+    double calibrationOffset, std::optional<MicrophoneCorrection> correction)
     : sampleRate_(sampleRate),
       weighting_(weighting),
       response_(response),
@@ -67,13 +66,12 @@ namespace {
 
 // The per-sample loop, with every coefficient and state word in a local so that the compiler
 // keeps the whole chain in registers. `Weighted` is false for Z, which passes samples untouched.
-template <bool Weighted>
-struct Accumulator {
+template <bool Weighted> struct Accumulator {
     double fast, slow, peak, maxState, rawSum = 0.0, energySum = 0.0;
     bool clipped;
 
     void run(std::span<const float> raw, std::span<const float> input, WeightingFilter& filter,
-             double fastAlpha, double slowAlpha, bool readsFast) noexcept
+        double fastAlpha, double slowAlpha, bool readsFast) noexcept
     {
         Biquad h = filter.highPass(), m = filter.mid(), l = filter.lowPass();
         const double gain = filter.gain();
@@ -104,15 +102,15 @@ void SPLProcessor::accumulate(std::span<const float> raw, std::span<const float>
     const bool readsFast = response_ == TimeWeighting::fast;
     double rawSum = 0.0, energySum = 0.0;
     if (filter_.weighting() == FrequencyWeighting::z) {
-        Accumulator<false> a{fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0,
-                             intervalClipped_};
+        Accumulator<false> a {
+            fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0, intervalClipped_};
         a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
         fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
         intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
         rawSum = a.rawSum, energySum = a.energySum;
     } else {
-        Accumulator<true> a{fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0,
-                            intervalClipped_};
+        Accumulator<true> a {
+            fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0, intervalClipped_};
         a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
         fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
         intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;

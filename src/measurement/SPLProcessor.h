@@ -19,8 +19,7 @@ namespace ostrel {
 class SPLProcessor {
 public:
     SPLProcessor(double sampleRate, FrequencyWeighting weighting, TimeWeighting response,
-                 double calibrationOffset,
-                 std::optional<MicrophoneCorrection> correction = std::nullopt);
+        double calibrationOffset, std::optional<MicrophoneCorrection> correction = std::nullopt);
 
     double sampleRate() const noexcept { return sampleRate_; }
     FrequencyWeighting weighting() const noexcept { return weighting_; }

@@ -26,9 +26,10 @@ std::vector<float> hann(std::int64_t length, double* power)
     std::vector<float> window(static_cast<std::size_t>(length));
     double sum = 0.0;
     for (std::int64_t i = 0; i < length; ++i) {
-        const double value =
-            0.5 * (1.0 - std::cos(2.0 * std::numbers::pi * static_cast<double>(i)
-                                  / static_cast<double>(length)));
+        const double value = 0.5
+            * (1.0
+                - std::cos(
+                    2.0 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(length)));
         window[static_cast<std::size_t>(i)] = static_cast<float>(value);
         const double narrowed = window[static_cast<std::size_t>(i)];
         sum += narrowed * narrowed;
@@ -42,13 +43,13 @@ std::vector<float> hann(std::int64_t length, double* power)
 fftwf_plan planFor(std::int64_t length, float* input, float* output)
 {
     std::lock_guard lock(fftwPlannerMutex());
-    return fftwf_plan_dft_r2c_1d(static_cast<int>(length), input,
-                                 reinterpret_cast<fftwf_complex*>(output), FFTW_ESTIMATE);
+    return fftwf_plan_dft_r2c_1d(
+        static_cast<int>(length), input, reinterpret_cast<fftwf_complex*>(output), FFTW_ESTIMATE);
 }
 
 // Power per bin, scaled so that a full-scale sine sums to about 0.5 over its main lobe.
 void powerSpectrum(const float* output, std::vector<double>& power, double windowPower,
-                   std::int64_t length, const std::vector<double>& gains)
+    std::int64_t length, const std::vector<double>& gains)
 {
     const double scale = 2.0 / (windowPower * static_cast<double>(length));
     const std::size_t count = power.size();
@@ -59,12 +60,13 @@ void powerSpectrum(const float* output, std::vector<double>& power, double windo
         power[k] = scale * (re * re + im * im);
     }
     if (!gains.empty()) {
-        for (std::size_t k = 1; k < count; ++k) power[k] *= gains[k];
+        for (std::size_t k = 1; k < count; ++k)
+            power[k] *= gains[k];
     }
 }
 
-std::vector<double> correctionGains(const MicrophoneCorrection& correction, double sampleRate,
-                                    std::int64_t length)
+std::vector<double> correctionGains(
+    const MicrophoneCorrection& correction, double sampleRate, std::int64_t length)
 {
     std::vector<double> gains(static_cast<std::size_t>(length / 2));
     for (std::size_t k = 0; k < gains.size(); ++k) {
@@ -80,7 +82,8 @@ double weightedSum(const SpectrumAnalyzer::WeightedBand& band, const std::vector
     const auto last = static_cast<std::size_t>(band.lastBin);
     double sum = band.firstWeight * power[first];
     if (first < last) {
-        for (std::size_t k = first + 1; k < last; ++k) sum += power[k];
+        for (std::size_t k = first + 1; k < last; ++k)
+            sum += power[k];
         sum += band.lastWeight * power[last];
     }
     return sum;
@@ -91,13 +94,11 @@ double weightedSum(const SpectrumAnalyzer::WeightedBand& band, const std::vector
 std::int64_t SpectrumAnalyzer::windowSize(double sampleRate) noexcept
 {
     const double exponent = std::clamp(std::round(std::log2(sampleRate * 0.34)), 12.0, 16.0);
-    return std::int64_t{1} << static_cast<int>(exponent);
+    return std::int64_t {1} << static_cast<int>(exponent);
 }
 
 SpectrumAnalyzer::WeightedBand SpectrumAnalyzer::weightedBand(double lower, double upper,
-                                                              double sampleRate,
-                                                              std::int64_t length,
-                                                              bool usesLongWindow) noexcept
+    double sampleRate, std::int64_t length, bool usesLongWindow) noexcept
 {
     const double binWidth = sampleRate / static_cast<double>(length);
     const std::int64_t binCount = length / 2;
@@ -105,11 +106,10 @@ SpectrumAnalyzer::WeightedBand SpectrumAnalyzer::weightedBand(double lower, doub
     const double hi = upper / binWidth;
     WeightedBand band;
     band.usesLongWindow = usesLongWindow;
-    band.firstBin = std::min(std::max(static_cast<std::int64_t>(std::floor(lo + 0.5)),
-                                      std::int64_t{1}),
-                             binCount - 1);
-    band.lastBin = std::min(std::max(static_cast<std::int64_t>(std::floor(hi + 0.5)), band.firstBin),
-                            binCount - 1);
+    band.firstBin = std::min(
+        std::max(static_cast<std::int64_t>(std::floor(lo + 0.5)), std::int64_t {1}), binCount - 1);
+    band.lastBin = std::min(
+        std::max(static_cast<std::int64_t>(std::floor(hi + 0.5)), band.firstBin), binCount - 1);
     if (band.firstBin == band.lastBin) {
         // A band narrower than a bin gets that fraction of one bin.
         band.firstWeight = hi - lo;
@@ -139,9 +139,10 @@ SpectrumAnalyzer::SpectrumAnalyzer(double sampleRate)
 
     for (const auto& band : SpectrumBand::fine()) {
         fineBands_.push_back(band.center < longWindowBelow
-                                 ? weightedBand(band.lower, band.upper, sampleRate, longSize_, true)
-                                 : weightedBand(band.lower, band.upper, sampleRate, size_, false));
-        fineBandsShortOnly_.push_back(weightedBand(band.lower, band.upper, sampleRate, size_, false));
+                ? weightedBand(band.lower, band.upper, sampleRate, longSize_, true)
+                : weightedBand(band.lower, band.upper, sampleRate, size_, false));
+        fineBandsShortOnly_.push_back(
+            weightedBand(band.lower, band.upper, sampleRate, size_, false));
     }
 
     const double binWidth = sampleRate / static_cast<double>(size_);
@@ -149,16 +150,15 @@ SpectrumAnalyzer::SpectrumAnalyzer(double sampleRate)
     for (int n = -17; n <= 13; ++n) {
         const double center = 1000.0 * std::pow(10.0, n / 10.0);
         Band band;
-        band.first = std::max(
-            static_cast<std::int64_t>(std::ceil(center / SpectrumBand::thirdOctaveHalfWidth / binWidth)),
-            std::int64_t{1});
-        band.end = std::max(
-            std::min(static_cast<std::int64_t>(
-                         std::ceil(center * SpectrumBand::thirdOctaveHalfWidth / binWidth)),
-                     binCount),
+        band.first = std::max(static_cast<std::int64_t>(std::ceil(
+                                  center / SpectrumBand::thirdOctaveHalfWidth / binWidth)),
+            std::int64_t {1});
+        band.end = std::max(std::min(static_cast<std::int64_t>(std::ceil(
+                                         center * SpectrumBand::thirdOctaveHalfWidth / binWidth)),
+                                binCount),
             band.first);
         band.fallbackBin = std::min(
-            std::max(static_cast<std::int64_t>(std::round(center / binWidth)), std::int64_t{1}),
+            std::max(static_cast<std::int64_t>(std::round(center / binWidth)), std::int64_t {1}),
             binCount - 1);
         // The band's width in bins: 10^(1/20) - 10^(-1/20) of its centre.
         band.fallbackScale = center * 0.23076751616821778 / binWidth;
@@ -253,15 +253,16 @@ void SpectrumAnalyzer::append(std::span<const float> samples) noexcept
     filled_ = std::min(filled_ + written, longSize_);
 }
 
-void SpectrumAnalyzer::fillFromHistory(float* destination, std::int64_t count,
-                                       const std::vector<float>& window) const noexcept
+void SpectrumAnalyzer::fillFromHistory(
+    float* destination, std::int64_t count, const std::vector<float>& window) const noexcept
 {
     std::int64_t start = writeIndex_ - count;
     if (start < 0) start += longSize_;
     const std::int64_t firstRun = std::min(count, longSize_ - start);
     const float* history = history_.data();
     const float* weights = window.data();
-    for (std::int64_t i = 0; i < firstRun; ++i) destination[i] = history[start + i] * weights[i];
+    for (std::int64_t i = 0; i < firstRun; ++i)
+        destination[i] = history[start + i] * weights[i];
     for (std::int64_t i = firstRun; i < count; ++i)
         destination[i] = history[i - firstRun] * weights[i];
 }
@@ -295,7 +296,8 @@ std::optional<Spectrum> SpectrumAnalyzer::analyze(double offset) noexcept
         const Band& band = bands_[i];
         double sum = 0.0;
         if (band.first < band.end) {
-            for (auto k = band.first; k < band.end; ++k) sum += power_[static_cast<std::size_t>(k)];
+            for (auto k = band.first; k < band.end; ++k)
+                sum += power_[static_cast<std::size_t>(k)];
         } else {
             sum = band.fallbackScale * power_[static_cast<std::size_t>(band.fallbackBin)];
         }
@@ -305,10 +307,10 @@ std::optional<Spectrum> SpectrumAnalyzer::analyze(double offset) noexcept
     // The strongest bin between 20 Hz and 20 kHz (or 95 % of Nyquist).
     const double binWidth = sampleRate_ / static_cast<double>(size_);
     const std::int64_t half = size_ / 2;
-    const std::int64_t lowest = std::max(static_cast<std::int64_t>(std::ceil(20.0 / binWidth)),
-                                         std::int64_t{2});
-    const std::int64_t highest =
-        std::min(half - 2, static_cast<std::int64_t>(std::min(0.95 * nyquist, 20000.0) / binWidth));
+    const std::int64_t lowest
+        = std::max(static_cast<std::int64_t>(std::ceil(20.0 / binWidth)), std::int64_t {2});
+    const std::int64_t highest = std::min(
+        half - 2, static_cast<std::int64_t>(std::min(0.95 * nyquist, 20000.0) / binWidth));
     std::int64_t best = lowest;
     double bestPower = -1.0;
     for (std::int64_t k = lowest; k <= highest; ++k) {
@@ -331,10 +333,9 @@ std::optional<Spectrum> SpectrumAnalyzer::analyze(double offset) noexcept
 
         // A whole tone either side, without the peak's own lobe.
         const std::int64_t lowerBin = std::max(
-            static_cast<std::int64_t>(static_cast<double>(best) / wholeTone), std::int64_t{1});
-        const std::int64_t upperBin =
-            std::min(static_cast<std::int64_t>(static_cast<double>(best) * wholeTone + 1.0),
-                     half - 1);
+            static_cast<std::int64_t>(static_cast<double>(best) / wholeTone), std::int64_t {1});
+        const std::int64_t upperBin = std::min(
+            static_cast<std::int64_t>(static_cast<double>(best) * wholeTone + 1.0), half - 1);
         double surround = 0.0;
         std::int64_t counted = 0;
         for (std::int64_t k = lowerBin; k <= upperBin; ++k) {
@@ -351,8 +352,7 @@ std::optional<Spectrum> SpectrumAnalyzer::analyze(double offset) noexcept
                     harmonic = std::max(harmonic, at(k));
             }
             const double bestLevel = SPLMath::decibels(bestPower);
-            spectrum.peak = SpectralPeak{
-                frequency, offset + bestLevel,
+            spectrum.peak = SpectralPeak {frequency, offset + bestLevel,
                 bestLevel - SPLMath::decibels(surround / static_cast<double>(counted)),
                 SPLMath::decibels(harmonic) - bestLevel};
         }
@@ -368,8 +368,8 @@ std::optional<Spectrum> SpectrumAnalyzer::analyze(double offset) noexcept
             continue;
         }
         const auto& band = chosen[i];
-        spectrum.fineBandLevels[i] =
-            offset + SPLMath::decibels(weightedSum(band, band.usesLongWindow ? longPower_ : power_));
+        spectrum.fineBandLevels[i] = offset
+            + SPLMath::decibels(weightedSum(band, band.usesLongWindow ? longPower_ : power_));
     }
     return spectrum;
 }

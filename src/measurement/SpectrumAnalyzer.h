@@ -39,7 +39,7 @@ public:
     static std::int64_t windowSize(double sampleRate) noexcept;
     // The weighted-band rule for band edges on a window of `length` samples.
     static WeightedBand weightedBand(double lower, double upper, double sampleRate,
-                                     std::int64_t length, bool usesLongWindow) noexcept;
+        std::int64_t length, bool usesLongWindow) noexcept;
 
     explicit SpectrumAnalyzer(double sampleRate);
     ~SpectrumAnalyzer();
@@ -69,12 +69,11 @@ public:
     bool lastUsedLongWindow() const noexcept { return lastUsedLongWindow_; }
 
 private:
-
     void release() noexcept;
     void transformShort() noexcept;
     void transformLong() noexcept;
-    void fillFromHistory(float* destination, std::int64_t count,
-                         const std::vector<float>& window) const noexcept;
+    void fillFromHistory(
+        float* destination, std::int64_t count, const std::vector<float>& window) const noexcept;
 
     double sampleRate_ = 48000.0;
     std::int64_t size_ = 0;

@@ -17,7 +17,8 @@ const std::vector<SpectrumBand>& SpectrumBand::fine()
         std::vector<SpectrumBand> list;
         list.reserve(fineCount);
         for (int n = -136; n <= 103; ++n) {
-            list.push_back({fineEdge(n), 1000.0 * std::pow(2.0, (n + 0.5) / 24.0), fineEdge(n + 1)});
+            list.push_back(
+                {fineEdge(n), 1000.0 * std::pow(2.0, (n + 0.5) / 24.0), fineEdge(n + 1)});
         }
         return list;
     }();
@@ -70,13 +71,15 @@ std::vector<double> SpectrumBand::group(std::span<const double> levels, std::siz
     grouped.reserve(levels.size() / size);
     for (std::size_t start = 0; start + size <= levels.size(); start += size) {
         double sum = 0.0;
-        for (std::size_t i = start; i < start + size; ++i) sum += SPLMath::power(levels[i]);
+        for (std::size_t i = start; i < start + size; ++i)
+            sum += SPLMath::power(levels[i]);
         grouped.push_back(SPLMath::decibels(sum));
     }
     return grouped;
 }
 
-std::optional<std::size_t> SpectrumBand::index(double frequency, std::span<const SpectrumBand> bands)
+std::optional<std::size_t> SpectrumBand::index(
+    double frequency, std::span<const SpectrumBand> bands)
 {
     for (std::size_t i = 0; i < bands.size(); ++i) {
         if (bands[i].contains(frequency)) return i;

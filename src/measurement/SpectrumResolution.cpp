@@ -28,10 +28,14 @@ std::string shortTitle(SpectrumResolution resolution)
 std::optional<std::size_t> fineBandsPerBand(SpectrumResolution resolution) noexcept
 {
     switch (resolution) {
-    case SpectrumResolution::third: return std::nullopt;
-    case SpectrumResolution::sixth: return 4;
-    case SpectrumResolution::twelfth: return 2;
-    case SpectrumResolution::twentyFourth: return 1;
+    case SpectrumResolution::third:
+        return std::nullopt;
+    case SpectrumResolution::sixth:
+        return 4;
+    case SpectrumResolution::twelfth:
+        return 2;
+    case SpectrumResolution::twentyFourth:
+        return 1;
     }
     return std::nullopt;
 }
@@ -39,16 +43,20 @@ std::optional<std::size_t> fineBandsPerBand(SpectrumResolution resolution) noexc
 const std::vector<SpectrumBand>& bands(SpectrumResolution resolution)
 {
     switch (resolution) {
-    case SpectrumResolution::third: return SpectrumBand::thirdOctave();
-    case SpectrumResolution::sixth: return SpectrumBand::sixthOctave();
-    case SpectrumResolution::twelfth: return SpectrumBand::twelfthOctave();
-    case SpectrumResolution::twentyFourth: return SpectrumBand::fine();
+    case SpectrumResolution::third:
+        return SpectrumBand::thirdOctave();
+    case SpectrumResolution::sixth:
+        return SpectrumBand::sixthOctave();
+    case SpectrumResolution::twelfth:
+        return SpectrumBand::twelfthOctave();
+    case SpectrumResolution::twentyFourth:
+        return SpectrumBand::fine();
     }
     return SpectrumBand::fine();
 }
 
-std::vector<double> levels(SpectrumResolution resolution, std::span<const double> third,
-                           std::span<const double> fine)
+std::vector<double> levels(
+    SpectrumResolution resolution, std::span<const double> third, std::span<const double> fine)
 {
     const auto perBand = fineBandsPerBand(resolution);
     if (!perBand) return {third.begin(), third.end()};

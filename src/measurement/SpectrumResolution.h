@@ -15,9 +15,8 @@ enum class SpectrumResolution { third = 3, sixth = 6, twelfth = 12, twentyFourth
 
 namespace SpectrumResolutions {
 
-inline constexpr std::array<SpectrumResolution, 4> all{
-    SpectrumResolution::third, SpectrumResolution::sixth, SpectrumResolution::twelfth,
-    SpectrumResolution::twentyFourth};
+inline constexpr std::array<SpectrumResolution, 4> all {SpectrumResolution::third,
+    SpectrumResolution::sixth, SpectrumResolution::twelfth, SpectrumResolution::twentyFourth};
 
 int rawValue(SpectrumResolution resolution) noexcept;
 // Any other raw value is no resolution.
@@ -27,8 +26,8 @@ std::string shortTitle(SpectrumResolution resolution);
 // Fine bands per shown band; absent for thirds, which have a grid of their own.
 std::optional<std::size_t> fineBandsPerBand(SpectrumResolution resolution) noexcept;
 const std::vector<SpectrumBand>& bands(SpectrumResolution resolution);
-std::vector<double> levels(SpectrumResolution resolution, std::span<const double> third,
-                           std::span<const double> fine);
+std::vector<double> levels(
+    SpectrumResolution resolution, std::span<const double> third, std::span<const double> fine);
 
 } // namespace SpectrumResolutions
 } // namespace ostrel

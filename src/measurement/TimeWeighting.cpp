@@ -33,8 +33,8 @@ std::string_view title(TimeWeighting weighting)
 std::string_view settingsDescription(TimeWeighting weighting)
 {
     return weighting == TimeWeighting::fast
-               ? "Fast follows changes within an eighth of a second."
-               : "Slow averages over one second for a steadier reading.";
+        ? "Fast follows changes within an eighth of a second."
+        : "Slow averages over one second for a steadier reading.";
 }
 
 } // namespace ostrel

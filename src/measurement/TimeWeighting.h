@@ -9,8 +9,8 @@ namespace ostrel {
 
 enum class TimeWeighting { fast, slow };
 
-inline constexpr std::array<TimeWeighting, 2> allTimeWeightings{TimeWeighting::fast,
-                                                                TimeWeighting::slow};
+inline constexpr std::array<TimeWeighting, 2> allTimeWeightings {
+    TimeWeighting::fast, TimeWeighting::slow};
 
 std::string_view rawValue(TimeWeighting weighting);
 std::optional<TimeWeighting> timeWeightingFromRawValue(std::string_view raw);

@@ -54,7 +54,7 @@ void WeightingFilter::reset() noexcept
 double WeightingFilter::unnormalisedMagnitude(double frequency) const noexcept
 {
     return highPass_.magnitude(frequency, sampleRate_) * mid_.magnitude(frequency, sampleRate_)
-           * lowPass_.magnitude(frequency, sampleRate_);
+        * lowPass_.magnitude(frequency, sampleRate_);
 }
 
 double WeightingFilter::response(double frequency) const noexcept

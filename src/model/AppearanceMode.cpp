@@ -5,9 +5,12 @@ namespace ostrel::AppearanceModes {
 std::string_view rawValue(AppearanceMode mode) noexcept
 {
     switch (mode) {
-    case AppearanceMode::system: return "system";
-    case AppearanceMode::light: return "light";
-    case AppearanceMode::dark: return "dark";
+    case AppearanceMode::system:
+        return "system";
+    case AppearanceMode::light:
+        return "light";
+    case AppearanceMode::dark:
+        return "dark";
     }
     return "system";
 }
@@ -23,9 +26,12 @@ std::optional<AppearanceMode> fromRawValue(std::string_view raw) noexcept
 std::string_view title(AppearanceMode mode) noexcept
 {
     switch (mode) {
-    case AppearanceMode::system: return "Automatic";
-    case AppearanceMode::light: return "Light";
-    case AppearanceMode::dark: return "Dark";
+    case AppearanceMode::system:
+        return "Automatic";
+    case AppearanceMode::light:
+        return "Light";
+    case AppearanceMode::dark:
+        return "Dark";
     }
     return "Automatic";
 }

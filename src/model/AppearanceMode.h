@@ -10,8 +10,8 @@ namespace ostrel {
 enum class AppearanceMode { system, light, dark };
 
 namespace AppearanceModes {
-inline constexpr std::array<AppearanceMode, 3> all{AppearanceMode::system, AppearanceMode::light,
-                                                   AppearanceMode::dark};
+inline constexpr std::array<AppearanceMode, 3> all {
+    AppearanceMode::system, AppearanceMode::light, AppearanceMode::dark};
 std::string_view rawValue(AppearanceMode mode) noexcept;
 std::optional<AppearanceMode> fromRawValue(std::string_view raw) noexcept;
 std::string_view title(AppearanceMode mode) noexcept;

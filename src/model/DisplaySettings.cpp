@@ -6,7 +6,8 @@ namespace {
 
 using AppearanceText
     = RawTextSetting<AppearanceMode, &AppearanceModes::fromRawValue, &AppearanceModes::rawValue>;
-using StyleText = RawTextSetting<SpectrumStyle, &SpectrumStyles::fromRawValue, &SpectrumStyles::rawValue>;
+using StyleText
+    = RawTextSetting<SpectrumStyle, &SpectrumStyles::fromRawValue, &SpectrumStyles::rawValue>;
 
 std::optional<SpectrumResolution> resolutionFromRaw(long long raw)
 {
@@ -47,17 +48,17 @@ double DisplaySettings::clampedBrightness(double value)
 }
 
 DisplaySettings::DisplaySettings(SettingsStore& store, QObject* parent)
-    : SettingsGroup(store, parent)
-    , appearance_(read(appearanceKey))
-    , graphDuration_(read(graphDurationKey))
-    , elevatedThreshold_(read(elevatedThresholdKey))
-    , highThreshold_(read(highThresholdKey))
-    , showModeShowsGraph_(read(showModeShowsGraphKey))
-    , screenBrightness_(read(screenBrightnessKey))
-    , spectrumResolution_(read(spectrumResolutionKey))
-    , spectrumStyle_(read(spectrumStyleKey))
-    , feedbackWarningEnabled_(read(feedbackWarningEnabledKey))
-    , unhingedMode_(read(unhingedModeKey))
+    : SettingsGroup(store, parent),
+      appearance_(read(appearanceKey)),
+      graphDuration_(read(graphDurationKey)),
+      elevatedThreshold_(read(elevatedThresholdKey)),
+      highThreshold_(read(highThresholdKey)),
+      showModeShowsGraph_(read(showModeShowsGraphKey)),
+      screenBrightness_(read(screenBrightnessKey)),
+      spectrumResolution_(read(spectrumResolutionKey)),
+      spectrumStyle_(read(spectrumStyleKey)),
+      feedbackWarningEnabled_(read(feedbackWarningEnabledKey)),
+      unhingedMode_(read(unhingedModeKey))
 {
 }
 
@@ -90,7 +91,8 @@ void DisplaySettings::setShowModeShowsGraph(bool value)
 
 void DisplaySettings::setScreenBrightness(double value)
 {
-    assign(screenBrightness_, value, screenBrightnessKey, &DisplaySettings::screenBrightnessChanged);
+    assign(
+        screenBrightness_, value, screenBrightnessKey, &DisplaySettings::screenBrightnessChanged);
 }
 
 void DisplaySettings::setSpectrumResolution(SpectrumResolution value)

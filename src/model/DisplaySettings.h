@@ -12,12 +12,18 @@ namespace ostrel {
 
 class DisplaySettings : public SettingsGroup {
     Q_OBJECT
-    Q_PROPERTY(double graphDuration READ graphDuration WRITE setGraphDuration NOTIFY graphDurationChanged)
-    Q_PROPERTY(double elevatedThreshold READ elevatedThreshold WRITE setElevatedThreshold NOTIFY elevatedThresholdChanged)
-    Q_PROPERTY(double highThreshold READ highThreshold WRITE setHighThreshold NOTIFY highThresholdChanged)
-    Q_PROPERTY(bool showModeShowsGraph READ showModeShowsGraph WRITE setShowModeShowsGraph NOTIFY showModeShowsGraphChanged)
-    Q_PROPERTY(double screenBrightness READ screenBrightness WRITE setScreenBrightness NOTIFY screenBrightnessChanged)
-    Q_PROPERTY(bool feedbackWarningEnabled READ feedbackWarningEnabled WRITE setFeedbackWarningEnabled NOTIFY feedbackWarningEnabledChanged)
+    Q_PROPERTY(
+        double graphDuration READ graphDuration WRITE setGraphDuration NOTIFY graphDurationChanged)
+    Q_PROPERTY(double elevatedThreshold READ elevatedThreshold WRITE setElevatedThreshold NOTIFY
+            elevatedThresholdChanged)
+    Q_PROPERTY(
+        double highThreshold READ highThreshold WRITE setHighThreshold NOTIFY highThresholdChanged)
+    Q_PROPERTY(bool showModeShowsGraph READ showModeShowsGraph WRITE setShowModeShowsGraph NOTIFY
+            showModeShowsGraphChanged)
+    Q_PROPERTY(double screenBrightness READ screenBrightness WRITE setScreenBrightness NOTIFY
+            screenBrightnessChanged)
+    Q_PROPERTY(bool feedbackWarningEnabled READ feedbackWarningEnabled WRITE
+            setFeedbackWarningEnabled NOTIFY feedbackWarningEnabledChanged)
     Q_PROPERTY(bool unhingedMode READ unhingedMode WRITE setUnhingedMode NOTIFY unhingedModeChanged)
 
 public:

@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-MeterModel::MeterModel(QObject* parent) : QObject(parent) {}
+MeterModel::MeterModel(QObject* parent) : QObject(parent) { }
 
 std::int64_t MeterModel::spectrogramCapacity(double duration)
 {
@@ -55,7 +55,8 @@ void MeterModel::ingestSpectrum(const Spectrum& spectrum, Date now)
 {
     std::vector<double> levels(spectrum.bandLevels.begin(), spectrum.bandLevels.end());
     if (bandLevels_ && bandLevels_->size() == levels.size()) {
-        for (std::size_t i = 0; i < levels.size(); ++i) levels[i] = blend((*bandLevels_)[i], levels[i]);
+        for (std::size_t i = 0; i < levels.size(); ++i)
+            levels[i] = blend((*bandLevels_)[i], levels[i]);
     }
     setBandLevels(levels);
 
@@ -78,7 +79,8 @@ void MeterModel::ingestSpectrum(const Spectrum& spectrum, Date now)
 
 void MeterModel::updatePeaks(const std::vector<double>& levels, Date now)
 {
-    const double decay = lastSpectrumDate_ ? peakFallRate * secondsBetween(*lastSpectrumDate_, now) : 0.0;
+    const double decay
+        = lastSpectrumDate_ ? peakFallRate * secondsBetween(*lastSpectrumDate_, now) : 0.0;
     lastSpectrumDate_ = now;
 
     if (!bandPeaks_ || bandPeaks_->size() != levels.size() || peakTimes_.size() != levels.size()) {
@@ -102,7 +104,8 @@ void MeterModel::ingestFine(const std::vector<double>& levels, Date now, double 
 {
     std::vector<double> smoothed = levels;
     if (smoothedFine_ && smoothedFine_->size() == levels.size()) {
-        for (std::size_t i = 0; i < levels.size(); ++i) smoothed[i] = blend((*smoothedFine_)[i], levels[i]);
+        for (std::size_t i = 0; i < levels.size(); ++i)
+            smoothed[i] = blend((*smoothedFine_)[i], levels[i]);
     }
     smoothedFine_ = smoothed;
     spectrogram_.append(smoothed, now);
@@ -111,11 +114,12 @@ void MeterModel::ingestFine(const std::vector<double>& levels, Date now, double 
     // Thirds have exact bands of their own; the finer views are groups of the fine grid.
     std::map<SpectrumResolution, BandDisplay> displays;
     for (auto resolution : {SpectrumResolution::sixth, SpectrumResolution::twelfth,
-                            SpectrumResolution::twentyFourth}) {
-        auto grouped = SpectrumBand::group(smoothed, *SpectrumResolutions::fineBandsPerBand(resolution));
+             SpectrumResolution::twentyFourth}) {
+        auto grouped
+            = SpectrumBand::group(smoothed, *SpectrumResolutions::fineBandsPerBand(resolution));
         PeakHold& hold = finePeakHolds_[resolution];
         hold.update(grouped, now, elapsed);
-        displays[resolution] = BandDisplay{std::move(grouped), hold.peaks};
+        displays[resolution] = BandDisplay {std::move(grouped), hold.peaks};
     }
     setFineDisplays(std::move(displays));
 }
@@ -125,7 +129,7 @@ void MeterModel::trimGraph(Date now)
     // One spare second beyond the window, so the graph's left edge never shows a gap.
     const Date cutoff = addingSeconds(now, -(graphDuration_ + 1.0));
     const auto first = std::find_if(graphPoints_.begin(), graphPoints_.end(),
-                                    [cutoff](const GraphPoint& point) { return point.date >= cutoff; });
+        [cutoff](const GraphPoint& point) { return point.date >= cutoff; });
     // With no point inside the window a stale list stays until a newer point arrives.
     if (first != graphPoints_.end() && first != graphPoints_.begin()) {
         graphPoints_.erase(graphPoints_.begin(), first);
@@ -140,7 +144,7 @@ std::optional<BandDisplay> MeterModel::display(SpectrumResolution resolution) co
 {
     if (resolution == SpectrumResolution::third) {
         if (!bandLevels_) return std::nullopt;
-        return BandDisplay{*bandLevels_, bandPeaks_ ? *bandPeaks_ : *bandLevels_};
+        return BandDisplay {*bandLevels_, bandPeaks_ ? *bandPeaks_ : *bandLevels_};
     }
     const auto found = fineDisplays_.find(resolution);
     if (found == fineDisplays_.end()) return std::nullopt;

@@ -29,13 +29,13 @@ class MeterModel : public QObject {
     Q_PROPERTY(bool hasSignal READ hasSignal NOTIFY hasSignalChanged)
     Q_PROPERTY(bool isClipping READ isClipping NOTIFY isClippingChanged)
     Q_PROPERTY(std::optional<double> dominantFrequency READ dominantFrequency NOTIFY
-                   dominantFrequencyChanged)
+            dominantFrequencyChanged)
     Q_PROPERTY(bool detectsFeedback READ detectsFeedback WRITE setDetectsFeedback NOTIFY
-                   detectsFeedbackChanged)
+            detectsFeedbackChanged)
     Q_PROPERTY(bool suspendsFeedbackDetection READ suspendsFeedbackDetection WRITE
-                   setSuspendsFeedbackDetection NOTIFY suspendsFeedbackDetectionChanged)
-    Q_PROPERTY(double graphDuration READ graphDuration WRITE setGraphDuration NOTIFY
-                   graphDurationChanged)
+            setSuspendsFeedbackDetection NOTIFY suspendsFeedbackDetectionChanged)
+    Q_PROPERTY(
+        double graphDuration READ graphDuration WRITE setGraphDuration NOTIFY graphDurationChanged)
 
 public:
     // A signal under this raw level for `silenceDelay` seconds is gone.
@@ -128,7 +128,7 @@ private:
     std::optional<double> dominantFrequency_;
     std::optional<FeedbackWarning> feedbackWarning_;
     std::map<SpectrumResolution, BandDisplay> fineDisplays_;
-    SpectrogramHistory spectrogram_{SpectrogramHistory::defaultRows, spectrogramCapacity(60.0)};
+    SpectrogramHistory spectrogram_ {SpectrogramHistory::defaultRows, spectrogramCapacity(60.0)};
     bool detectsFeedback_ = true;
     bool suspendsFeedbackDetection_ = false;
     double graphDuration_ = 60.0;

@@ -13,7 +13,7 @@ struct PeakHold {
     static constexpr double fallRate = 10.0; // dB per second once the hold is over
 
     std::vector<double> peaks; // dB, one per band
-    std::vector<Date> times;   // when each peak was set
+    std::vector<Date> times; // when each peak was set
 
     // `elapsed` is the seconds since the previous update, which sets how far a peak falls.
     void update(const std::vector<double>& levels, Date now, double elapsed);

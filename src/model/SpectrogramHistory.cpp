@@ -5,10 +5,10 @@
 namespace ostrel {
 
 SpectrogramHistory::SpectrogramHistory(std::int64_t rows, std::int64_t capacity)
-    : m_rows(std::max<std::int64_t>(rows, 1))
-    , m_capacity(std::max<std::int64_t>(capacity, 1))
-    , m_values(static_cast<std::size_t>(m_rows * m_capacity), 0.0f)
-    , m_dates(static_cast<std::size_t>(m_capacity), distantPast)
+    : m_rows(std::max<std::int64_t>(rows, 1)),
+      m_capacity(std::max<std::int64_t>(capacity, 1)),
+      m_values(static_cast<std::size_t>(m_rows * m_capacity), 0.0f),
+      m_dates(static_cast<std::size_t>(m_capacity), distantPast)
 {
 }
 
@@ -22,7 +22,7 @@ void SpectrogramHistory::append(std::span<const double> column, Date date) noexc
 {
     if (static_cast<std::int64_t>(column.size()) != m_rows) return;
     std::transform(column.begin(), column.end(), m_values.begin() + m_head * m_rows,
-                   [](double level) { return static_cast<float>(level); });
+        [](double level) { return static_cast<float>(level); });
     m_dates[m_head] = date;
     m_head = (m_head + 1) % m_capacity;
     m_count = std::min(m_capacity, m_count + 1);

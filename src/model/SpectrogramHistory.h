@@ -14,14 +14,14 @@ namespace ostrel {
 
 class SpectrogramHistory {
 public:
-    static constexpr std::int64_t defaultRows = 240;     // the fine 1/24-octave grid
+    static constexpr std::int64_t defaultRows = 240; // the fine 1/24-octave grid
     static constexpr std::int64_t defaultCapacity = 610; // about a minute at ten spectra a second
     // The date of a column that was never written.
     static constexpr Date distantPast = ostrel::distantPast;
 
     // Rows and capacity below 1 become 1.
-    explicit SpectrogramHistory(std::int64_t rows = defaultRows,
-                                std::int64_t capacity = defaultCapacity);
+    explicit SpectrogramHistory(
+        std::int64_t rows = defaultRows, std::int64_t capacity = defaultCapacity);
 
     std::int64_t rows() const noexcept { return m_rows; }
     std::int64_t capacity() const noexcept { return m_capacity; }

@@ -5,9 +5,12 @@ namespace ostrel::SpectrumStyles {
 std::string_view rawValue(SpectrumStyle style) noexcept
 {
     switch (style) {
-    case SpectrumStyle::bars: return "bars";
-    case SpectrumStyle::line: return "line";
-    case SpectrumStyle::spectrogram: return "spectrogram";
+    case SpectrumStyle::bars:
+        return "bars";
+    case SpectrumStyle::line:
+        return "line";
+    case SpectrumStyle::spectrogram:
+        return "spectrogram";
     }
     return "bars";
 }
@@ -23,9 +26,12 @@ std::optional<SpectrumStyle> fromRawValue(std::string_view raw) noexcept
 std::string_view title(SpectrumStyle style) noexcept
 {
     switch (style) {
-    case SpectrumStyle::bars: return "Bars";
-    case SpectrumStyle::line: return "Line";
-    case SpectrumStyle::spectrogram: return "Spectrogram";
+    case SpectrumStyle::bars:
+        return "Bars";
+    case SpectrumStyle::line:
+        return "Line";
+    case SpectrumStyle::spectrogram:
+        return "Spectrogram";
     }
     return "Bars";
 }
@@ -33,9 +39,12 @@ std::string_view title(SpectrumStyle style) noexcept
 std::string_view systemImage(SpectrumStyle style) noexcept
 {
     switch (style) {
-    case SpectrumStyle::bars: return "chart.bar.fill";
-    case SpectrumStyle::line: return "waveform.path.ecg";
-    case SpectrumStyle::spectrogram: return "square.grid.3x3.fill";
+    case SpectrumStyle::bars:
+        return "chart.bar.fill";
+    case SpectrumStyle::line:
+        return "waveform.path.ecg";
+    case SpectrumStyle::spectrogram:
+        return "square.grid.3x3.fill";
     }
     return "chart.bar.fill";
 }

@@ -10,8 +10,8 @@ namespace ostrel {
 enum class SpectrumStyle { bars, line, spectrogram };
 
 namespace SpectrumStyles {
-inline constexpr std::array<SpectrumStyle, 3> all{SpectrumStyle::bars, SpectrumStyle::line,
-                                                  SpectrumStyle::spectrogram};
+inline constexpr std::array<SpectrumStyle, 3> all {
+    SpectrumStyle::bars, SpectrumStyle::line, SpectrumStyle::spectrogram};
 std::string_view rawValue(SpectrumStyle style) noexcept;
 std::optional<SpectrumStyle> fromRawValue(std::string_view raw) noexcept;
 std::string_view title(SpectrumStyle style) noexcept;

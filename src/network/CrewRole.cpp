@@ -5,9 +5,12 @@ namespace ostrel::CrewRoles {
 std::string_view rawValue(CrewRole role) noexcept
 {
     switch (role) {
-    case CrewRole::standalone: return "standalone";
-    case CrewRole::primary: return "primary";
-    case CrewRole::secondary: return "secondary";
+    case CrewRole::standalone:
+        return "standalone";
+    case CrewRole::primary:
+        return "primary";
+    case CrewRole::secondary:
+        return "secondary";
     }
     return "standalone";
 }
@@ -23,9 +26,12 @@ std::optional<CrewRole> fromRawValue(std::string_view raw) noexcept
 std::string_view title(CrewRole role) noexcept
 {
     switch (role) {
-    case CrewRole::standalone: return "Standalone";
-    case CrewRole::primary: return "Primary (FOH)";
-    case CrewRole::secondary: return "Secondary";
+    case CrewRole::standalone:
+        return "Standalone";
+    case CrewRole::primary:
+        return "Primary (FOH)";
+    case CrewRole::secondary:
+        return "Secondary";
     }
     return "Standalone";
 }

@@ -11,8 +11,8 @@ enum class CrewRole { standalone, primary, secondary };
 
 namespace CrewRoles {
 
-inline constexpr std::array<CrewRole, 3> all{CrewRole::standalone, CrewRole::primary,
-                                             CrewRole::secondary};
+inline constexpr std::array<CrewRole, 3> all {
+    CrewRole::standalone, CrewRole::primary, CrewRole::secondary};
 
 std::string_view rawValue(CrewRole role) noexcept;
 std::optional<CrewRole> fromRawValue(std::string_view raw) noexcept;

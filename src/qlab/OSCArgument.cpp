@@ -28,7 +28,7 @@ std::optional<std::string> OSCArgument::stringValue() const
 {
     if (const auto* integer = std::get_if<std::int32_t>(&value_)) return std::to_string(*integer);
     if (const auto* real = std::get_if<float>(&value_)) {
-        std::array<char, 32> text{};
+        std::array<char, 32> text {};
         const auto result = std::to_chars(text.data(), text.data() + text.size(), *real);
         return std::string(text.data(), result.ptr);
     }

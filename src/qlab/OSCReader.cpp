@@ -10,11 +10,11 @@ std::optional<std::string> OSCReader::readString()
 {
     if (isAtEnd() || index < 0) return std::nullopt;
     const auto start = bytes.begin() + index;
-    const auto nul = std::find(start, bytes.end(), std::uint8_t{0});
+    const auto nul = std::find(start, bytes.end(), std::uint8_t {0});
     if (nul == bytes.end()) return std::nullopt;
     const auto length = static_cast<std::int64_t>(nul - start);
     std::string text = Utf8Repair::repaired({start, nul});
-    index = (index + length + 4) & ~std::int64_t{3};
+    index = (index + length + 4) & ~std::int64_t {3};
     return text;
 }
 
@@ -50,7 +50,7 @@ std::optional<std::vector<std::uint8_t>> OSCReader::readBlob()
     }
     const auto first = bytes.begin() + index;
     std::vector<std::uint8_t> blob(first, first + size);
-    index += (size + 3) & ~std::int64_t{3};
+    index += (size + 3) & ~std::int64_t {3};
     return blob;
 }
 

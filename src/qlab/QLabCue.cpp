@@ -101,7 +101,7 @@ std::optional<std::int64_t> jsonInteger(const QJsonValue& value)
 
 QJsonObject QLabCue::toJson() const
 {
-    QJsonObject object{{"id", id}, {"number", number}, {"name", name}, {"type", type},
+    QJsonObject object {{"id", id}, {"number", number}, {"name", name}, {"type", type},
         {"isPaused", isPaused}, {"startedAt", ReferenceDate::seconds(startedAt)}};
     if (actionElapsed) object.insert("actionElapsed", *actionElapsed);
     if (duration) object.insert("duration", *duration);

@@ -8,7 +8,7 @@ std::optional<QLabTimecodeSettings> timecodeSettings(const QLabCue& cue, Timecod
     if (!cue.isTimecodeCue() || !cue.timecodeStart) return std::nullopt;
     const auto start = Timecode::fromQLabString(cue.timecodeStart->toStdString(), rate);
     if (!start) return std::nullopt;
-    return QLabTimecodeSettings{*start, cue.timecodeOutputType};
+    return QLabTimecodeSettings {*start, cue.timecodeOutputType};
 }
 
 std::optional<Timecode> currentTimecode(const QLabCue& cue, Date at, TimecodeRate fallbackRate)

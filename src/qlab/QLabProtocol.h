@@ -25,15 +25,15 @@ namespace ostrel::QLabProtocol {
 inline const QStringList cueValueKeys {
     "number", "name", "type", "parent", "isPaused", "actionElapsed", "currentDuration", "duration"};
 // Asked of Timecode cues.
-inline const QStringList timecodeKeys{"displayName", "startTime", "framerate", "outputType"};
+inline const QStringList timecodeKeys {"displayName", "startTime", "framerate", "outputType"};
 // Also read one at a time, as QLab answers some of them only that way.
-inline const QStringList timecodePropertyKeys{"startTime", "framerate", "outputType"};
+inline const QStringList timecodePropertyKeys {"startTime", "framerate", "outputType"};
 // Asked of cues known only as someone's parent.
-inline const QStringList parentKeys{"number", "name", "type", "parent"};
+inline const QStringList parentKeys {"number", "name", "type", "parent"};
 // Entries of a running-cue list that are containers, not cues.
-inline const QSet<QString> ignoredCueTypes{"Cue List", "Cart"};
+inline const QSet<QString> ignoredCueTypes {"Cue List", "Cart"};
 // The events `listen` subscribes to.
-inline const QStringList listenedEvents{"cue/start", "cue/stop"};
+inline const QStringList listenedEvents {"cue/start", "cue/stop"};
 
 // Messages sent. Workspace and cue IDs go into the address as they stand.
 OSCMessage workspaces();

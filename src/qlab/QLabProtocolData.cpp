@@ -110,7 +110,7 @@ bool apply(
     // The key stays present without data, so an empty answer changes nothing and does not fall
     // back to the display name.
     const QJsonValue data = value && !value->isUndefined() ? *value : QJsonValue(QJsonValue::Null);
-    apply(QJsonValue(QJsonObject{{key, data}}), cue, now);
+    apply(QJsonValue(QJsonObject {{key, data}}), cue, now);
     return true;
 }
 

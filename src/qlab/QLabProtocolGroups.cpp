@@ -7,7 +7,7 @@ namespace ostrel::QLabProtocol {
 QLabCue outermostGroup(const QLabCue& cue, const QHash<QString, QLabCue>& runningByID,
     const QHash<QString, QLabCue>& knownCues)
 {
-    QSet<QString> visited{cue.id};
+    QSet<QString> visited {cue.id};
     std::optional<QString> parent = cue.parentID;
     const QLabCue* outermost = nullptr;
     // A parent seen twice ends the walk, so a cycle in QLab's answers cannot hang the station.

@@ -15,11 +15,11 @@ std::optional<QLabMessage> parseCueEvent(
 {
     QStringList texts;
     for (const auto& argument : message.arguments)
-        texts.append(QString::fromStdString(argument.stringValue().value_or(std::string{})));
+        texts.append(QString::fromStdString(argument.stringValue().value_or(std::string {})));
     // Number, name, unique ID, type; without an ID the event names no cue.
     if (texts.size() < 4 || texts[2].isEmpty()) return std::nullopt;
     if (!address.endsWith(QLatin1String("start")))
-        return QLabMessage{QLabMessage::CueStopped{texts[2]}};
+        return QLabMessage {QLabMessage::CueStopped {texts[2]}};
 
     QLabCue cue;
     cue.id = texts[2];
@@ -27,7 +27,7 @@ std::optional<QLabMessage> parseCueEvent(
     cue.name = texts[1];
     cue.type = texts[3];
     cue.startedAt = now;
-    return QLabMessage{QLabMessage::CueStarted{std::move(cue)}};
+    return QLabMessage {QLabMessage::CueStarted {std::move(cue)}};
 }
 
 std::optional<QLabMessage> parseUpdate(const QString& address)
@@ -35,14 +35,14 @@ std::optional<QLabMessage> parseUpdate(const QString& address)
     const QStringList pieces = address.split('/', Qt::SkipEmptyParts);
     if (pieces.size() < 3) return std::nullopt;
     const QString& workspace = pieces[2];
-    if (pieces.size() == 3) return QLabMessage{QLabMessage::WorkspaceUpdated{workspace}};
+    if (pieces.size() == 3) return QLabMessage {QLabMessage::WorkspaceUpdated {workspace}};
     const QString& kind = pieces[3];
     if (kind == QLatin1String("cue_id") && pieces.size() >= 5)
-        return QLabMessage{QLabMessage::CueUpdated{workspace, pieces[4]}};
+        return QLabMessage {QLabMessage::CueUpdated {workspace, pieces[4]}};
     if (kind == QLatin1String("cueList") && pieces.last() == QLatin1String("playbackPosition"))
-        return QLabMessage{QLabMessage::PlaybackPositionChanged{workspace}};
+        return QLabMessage {QLabMessage::PlaybackPositionChanged {workspace}};
     if (kind == QLatin1String("disconnect"))
-        return QLabMessage{QLabMessage::Disconnect{workspace}};
+        return QLabMessage {QLabMessage::Disconnect {workspace}};
     return std::nullopt;
 }
 
@@ -54,7 +54,7 @@ std::optional<QLabMessage> parse(const OSCMessage& message, Date now)
     if (address.startsWith(QLatin1String("/reply/"))) {
         auto reply = parseReply(message);
         if (!reply) return std::nullopt;
-        return QLabMessage{QLabMessage::Reply{std::move(*reply)}};
+        return QLabMessage {QLabMessage::Reply {std::move(*reply)}};
     }
     if (address == cueStartAddress || address == cueStopAddress)
         return parseCueEvent(address, message, now);
@@ -71,7 +71,7 @@ std::optional<QLabReply> parseReply(const OSCMessage& message)
     }
     if (!json) return std::nullopt;
 
-    QJsonParseError error{};
+    QJsonParseError error {};
     const auto document = QJsonDocument::fromJson(QByteArray::fromStdString(*json), &error);
     if (error.error != QJsonParseError::NoError || !document.isObject()) return std::nullopt;
     const QJsonObject object = document.object();

@@ -28,13 +28,13 @@ const Setting<TimecodeRate> QLabSettings::timecodeFallbackRateKey {
     "timecodeFallbackRate", TimecodeRate::fps25, &RateNumber::parse, &RateNumber::format};
 
 QLabSettings::QLabSettings(SettingsStore& store, QObject* parent)
-    : SettingsGroup(store, parent)
-    , enabled_(read(enabledKey))
-    , host_(read(hostKey))
-    , port_(read(portKey))
-    , passcode_(read(passcodeKey))
-    , workspace_(read(workspaceKey))
-    , timecodeFallbackRate_(read(timecodeFallbackRateKey))
+    : SettingsGroup(store, parent),
+      enabled_(read(enabledKey)),
+      host_(read(hostKey)),
+      port_(read(portKey)),
+      passcode_(read(passcodeKey)),
+      workspace_(read(workspaceKey)),
+      timecodeFallbackRate_(read(timecodeFallbackRateKey))
 {
 }
 

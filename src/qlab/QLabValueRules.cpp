@@ -21,7 +21,7 @@ QString decimalText(double number)
     // Whole numbers read as integers, as QLab's cue numbers do: 12, not 12.0.
     if (number == std::trunc(number) && std::abs(number) < 9.0e15)
         return QString::number(static_cast<qint64>(number));
-    std::array<char, 64> text{};
+    std::array<char, 64> text {};
     const auto result = std::to_chars(text.data(), text.data() + text.size(), number);
     return QString::fromLatin1(text.data(), static_cast<qsizetype>(result.ptr - text.data()));
 }
@@ -38,7 +38,7 @@ std::optional<double> strictParse(const QString& text)
     if (view.empty()) return std::nullopt;
     double number = 0;
     const auto result = std::from_chars(view.data(), view.data() + view.size(), number);
-    if (result.ec != std::errc{} || result.ptr != view.data() + view.size()) return std::nullopt;
+    if (result.ec != std::errc {} || result.ptr != view.data() + view.size()) return std::nullopt;
     return number;
 }
 

@@ -19,8 +19,10 @@ std::int64_t wrapped(std::int64_t frame, TimecodeRate rate) noexcept
 std::string_view trimmed(std::string_view text) noexcept
 {
     const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
-    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
     return text;
 }
 
@@ -49,7 +51,7 @@ std::optional<int> integer(std::string_view text) noexcept
     text = withoutPlus(text);
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    if (error != std::errc {} || end != text.data() + text.size()) return std::nullopt;
     return value;
 }
 
@@ -58,7 +60,7 @@ std::optional<double> decimal(std::string_view text) noexcept
     text = withoutPlus(text);
     double value = 0.0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    if (error != std::errc {} || end != text.data() + text.size()) return std::nullopt;
     return value;
 }
 
@@ -69,11 +71,11 @@ std::int64_t framesWithinDay(double count, TimecodeRate rate) noexcept
         std::fmod(count, static_cast<double>(Timecode::frameCountPerDay(rate))));
 }
 
-std::int64_t labelledCount(int hours, int minutes, int seconds, int frames,
-                           TimecodeRate rate) noexcept
+std::int64_t labelledCount(
+    int hours, int minutes, int seconds, int frames, TimecodeRate rate) noexcept
 {
     const std::int64_t nominal = TimecodeRates::nominalFPS(rate);
-    const std::int64_t totalMinutes = std::int64_t{hours} * 60 + minutes;
+    const std::int64_t totalMinutes = std::int64_t {hours} * 60 + minutes;
     const std::int64_t count = (totalMinutes * 60 + seconds) * nominal + frames;
     if (!TimecodeRates::isDropFrame(rate)) return count;
     // SMPTE drop frame: two labels skipped each minute, except every tenth minute.
@@ -83,8 +85,7 @@ std::int64_t labelledCount(int hours, int minutes, int seconds, int frames,
 } // namespace
 
 Timecode::Timecode(std::int64_t frame, TimecodeRate rate) noexcept
-    : m_frame(wrapped(frame, rate))
-    , m_rate(rate)
+    : m_frame(wrapped(frame, rate)), m_rate(rate)
 {
 }
 
@@ -119,7 +120,7 @@ std::optional<Timecode> Timecode::fromQLabString(std::string_view text, Timecode
 
 std::int64_t Timecode::frameCountPerDay(TimecodeRate rate) noexcept
 {
-    const std::int64_t full = std::int64_t{TimecodeRates::nominalFPS(rate)} * 86'400;
+    const std::int64_t full = std::int64_t {TimecodeRates::nominalFPS(rate)} * 86'400;
     // 18 frames for each of the 144 ten-minute blocks of a day.
     return TimecodeRates::isDropFrame(rate) ? full - 2'592 : full;
 }
@@ -143,7 +144,7 @@ Timecode::Components Timecode::components() const noexcept
         label += 18 * blocks;
         if (rest >= 3) label += 2 * ((rest - 2) / (60 * nominal - 2));
     }
-    return Components{
+    return Components {
         static_cast<int>(label / (3600 * nominal) % 24),
         static_cast<int>(label / (60 * nominal) % 60),
         static_cast<int>(label / nominal % 60),
@@ -157,7 +158,7 @@ std::string Timecode::formatted() const
     const char separator = TimecodeRates::isDropFrame(m_rate) ? ';' : ':';
     char text[32];
     std::snprintf(text, sizeof text, "%02d:%02d:%02d%c%02d", parts.hours, parts.minutes,
-                  parts.seconds, separator, parts.frames);
+        parts.seconds, separator, parts.frames);
     return text;
 }
 

@@ -17,13 +17,16 @@ int nominalFPS(TimecodeRate rate) noexcept
 {
     switch (rate) {
     case TimecodeRate::fps24:
-    case TimecodeRate::fps23976: return 24;
+    case TimecodeRate::fps23976:
+        return 24;
     case TimecodeRate::fps25:
-    case TimecodeRate::fps24975: return 25;
+    case TimecodeRate::fps24975:
+        return 25;
     case TimecodeRate::fps30:
     case TimecodeRate::fps30Drop:
     case TimecodeRate::fps2997:
-    case TimecodeRate::fps2997Drop: return 30;
+    case TimecodeRate::fps2997Drop:
+        return 30;
     }
     return 25;
 }
@@ -31,14 +34,20 @@ int nominalFPS(TimecodeRate rate) noexcept
 double actualFPS(TimecodeRate rate) noexcept
 {
     switch (rate) {
-    case TimecodeRate::fps24: return 24.0;
-    case TimecodeRate::fps25: return 25.0;
+    case TimecodeRate::fps24:
+        return 24.0;
+    case TimecodeRate::fps25:
+        return 25.0;
     case TimecodeRate::fps30:
-    case TimecodeRate::fps30Drop: return 30.0;
-    case TimecodeRate::fps23976: return 24000.0 / 1001.0;
-    case TimecodeRate::fps24975: return 24.975; // QLab's literal, not 25000/1001
+    case TimecodeRate::fps30Drop:
+        return 30.0;
+    case TimecodeRate::fps23976:
+        return 24000.0 / 1001.0;
+    case TimecodeRate::fps24975:
+        return 24.975; // QLab's literal, not 25000/1001
     case TimecodeRate::fps2997:
-    case TimecodeRate::fps2997Drop: return 30000.0 / 1001.0;
+    case TimecodeRate::fps2997Drop:
+        return 30000.0 / 1001.0;
     }
     return 25.0;
 }
@@ -51,14 +60,22 @@ bool isDropFrame(TimecodeRate rate) noexcept
 std::string_view title(TimecodeRate rate) noexcept
 {
     switch (rate) {
-    case TimecodeRate::fps24: return "24 fps";
-    case TimecodeRate::fps25: return "25 fps";
-    case TimecodeRate::fps30: return "30 fps";
-    case TimecodeRate::fps30Drop: return "30 fps drop";
-    case TimecodeRate::fps23976: return "23.976 fps";
-    case TimecodeRate::fps24975: return "24.975 fps";
-    case TimecodeRate::fps2997: return "29.97 fps";
-    case TimecodeRate::fps2997Drop: return "29.97 fps drop";
+    case TimecodeRate::fps24:
+        return "24 fps";
+    case TimecodeRate::fps25:
+        return "25 fps";
+    case TimecodeRate::fps30:
+        return "30 fps";
+    case TimecodeRate::fps30Drop:
+        return "30 fps drop";
+    case TimecodeRate::fps23976:
+        return "23.976 fps";
+    case TimecodeRate::fps24975:
+        return "24.975 fps";
+    case TimecodeRate::fps2997:
+        return "29.97 fps";
+    case TimecodeRate::fps2997Drop:
+        return "29.97 fps drop";
     }
     return "25 fps";
 }

@@ -20,10 +20,9 @@ enum class TimecodeRate {
 
 namespace TimecodeRates {
 
-inline constexpr std::array<TimecodeRate, 8> all{
-    TimecodeRate::fps24,    TimecodeRate::fps25,    TimecodeRate::fps30,
-    TimecodeRate::fps30Drop, TimecodeRate::fps23976, TimecodeRate::fps24975,
-    TimecodeRate::fps2997,  TimecodeRate::fps2997Drop};
+inline constexpr std::array<TimecodeRate, 8> all {TimecodeRate::fps24, TimecodeRate::fps25,
+    TimecodeRate::fps30, TimecodeRate::fps30Drop, TimecodeRate::fps23976, TimecodeRate::fps24975,
+    TimecodeRate::fps2997, TimecodeRate::fps2997Drop};
 
 int rawValue(TimecodeRate rate) noexcept;
 // Nothing outside 0 to 7.

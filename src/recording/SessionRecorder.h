@@ -24,8 +24,8 @@
 #include "measurement/MeasurementInterval.h"
 #include "measurement/PipelineRecorder.h"
 #include "recording/AacFileWriter.h"
-#include "sessions/RecorderQueue.h"
 #include "recording/SampleRateConverter.h"
+#include "sessions/RecorderQueue.h"
 
 namespace ostrel {
 

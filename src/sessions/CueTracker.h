@@ -9,8 +9,8 @@
 
 #include "common/Date.h"
 #include "measurement/MeasurementInterval.h"
-#include "sessions/CueRecord.h"
 #include "qlab/QLabCue.h"
+#include "sessions/CueRecord.h"
 
 namespace ostrel {
 

@@ -6,9 +6,9 @@ const Setting<bool> SessionSettings::recordsLevelHistoryKey {"recordsLevelHistor
 const Setting<bool> SessionSettings::recordsSessionsKey {"recordsSessions", true};
 
 SessionSettings::SessionSettings(SettingsStore& store, QObject* parent)
-    : SettingsGroup(store, parent)
-    , recordsLevelHistory_(read(recordsLevelHistoryKey))
-    , recordsSessions_(read(recordsSessionsKey))
+    : SettingsGroup(store, parent),
+      recordsLevelHistory_(read(recordsLevelHistoryKey)),
+      recordsSessions_(read(recordsSessionsKey))
 {
 }
 

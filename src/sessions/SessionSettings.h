@@ -7,8 +7,10 @@ namespace ostrel {
 
 class SessionSettings : public SettingsGroup {
     Q_OBJECT
-    Q_PROPERTY(bool recordsLevelHistory READ recordsLevelHistory WRITE setRecordsLevelHistory NOTIFY recordsLevelHistoryChanged)
-    Q_PROPERTY(bool recordsSessions READ recordsSessions WRITE setRecordsSessions NOTIFY recordsSessionsChanged)
+    Q_PROPERTY(bool recordsLevelHistory READ recordsLevelHistory WRITE setRecordsLevelHistory NOTIFY
+            recordsLevelHistoryChanged)
+    Q_PROPERTY(bool recordsSessions READ recordsSessions WRITE setRecordsSessions NOTIFY
+            recordsSessionsChanged)
 
 public:
     static const Setting<bool> recordsLevelHistoryKey;

@@ -8,9 +8,9 @@ namespace ostrel {
 
 SessionStore::SessionStore(
     std::shared_ptr<SessionFiles> files, QString archiveFolder, QObject* parent)
-    : QObject(parent)
-    , files_(std::move(files))
-    , archiveFolder_(archiveFolder.isEmpty() ? SessionArchive::folder() : std::move(archiveFolder))
+    : QObject(parent),
+      files_(std::move(files)),
+      archiveFolder_(archiveFolder.isEmpty() ? SessionArchive::folder() : std::move(archiveFolder))
 {
 }
 

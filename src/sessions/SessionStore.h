@@ -14,11 +14,11 @@
 #include "common/Date.h"
 #include "measurement/LevelStatistics.h"
 #include "measurement/MeasurementInterval.h"
+#include "qlab/QLabCue.h"
 #include "sessions/CueRecord.h"
 #include "sessions/CueTracker.h"
 #include "sessions/SessionFiles.h"
 #include "sessions/ShowSession.h"
-#include "qlab/QLabCue.h"
 
 namespace ostrel {
 

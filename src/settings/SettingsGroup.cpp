@@ -2,9 +2,7 @@
 
 namespace ostrel {
 
-SettingsGroup::SettingsGroup(SettingsStore& store, QObject* parent)
-    : QObject(parent)
-    , store_(store)
+SettingsGroup::SettingsGroup(SettingsStore& store, QObject* parent) : QObject(parent), store_(store)
 {
 }
 

@@ -21,8 +21,7 @@ std::optional<QString> scalarText(const QVariant& value)
 
 SettingsStore::SettingsStore(
     QSettings& settings, std::chrono::milliseconds syncDelay, QObject* parent)
-    : QObject(parent)
-    , settings_(settings)
+    : QObject(parent), settings_(settings)
 {
     syncTimer_.setSingleShot(true);
     syncTimer_.setInterval(syncDelay);

@@ -20,7 +20,7 @@ class SettingsStore : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::milliseconds defaultSyncDelay { 500 };
+    static constexpr std::chrono::milliseconds defaultSyncDelay {500};
 
     explicit SettingsStore(QSettings& settings,
         std::chrono::milliseconds syncDelay = defaultSyncDelay, QObject* parent = nullptr);

@@ -33,14 +33,14 @@ AppModel::Mode AppModel::currentMode()
 AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
     std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings,
     QObject* parent)
-    : QObject(parent)
-    , mode_(mode)
-    , settings_(std::move(settings))
-    , input_(std::move(audioBackend), settings_->input(), &now)
-    , qlab_(settings_->qlab(), qlabTimings, &now)
-    , sessions_(settings_->sessions(), settings_->measurement())
-    , calibration_(settings_->measurement())
-    , source_(&input_)
+    : QObject(parent),
+      mode_(mode),
+      settings_(std::move(settings)),
+      input_(std::move(audioBackend), settings_->input(), &now),
+      qlab_(settings_->qlab(), qlabTimings, &now),
+      sessions_(settings_->sessions(), settings_->measurement()),
+      calibration_(settings_->measurement()),
+      source_(&input_)
 {
     wire();
 

@@ -73,8 +73,8 @@ public:
     void restartAudio();
 
     // Measures a calibrator tone for `duration` seconds (see `CalibrationRun`).
-    void measureCalibration(double duration, CalibrationRun::Progress progress,
-        CalibrationRun::Completion completion);
+    void measureCalibration(
+        double duration, CalibrationRun::Progress progress, CalibrationRun::Completion completion);
     // The calibration assistant is up: a calibrator's steady tone is what the feedback detector
     // looks for.
     void setCalibrating(bool active);

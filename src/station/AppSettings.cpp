@@ -3,13 +3,13 @@
 namespace ostrel {
 
 AppSettings::AppSettings(QSettings& settings, std::chrono::milliseconds syncDelay, QObject* parent)
-    : QObject(parent)
-    , store_(settings, syncDelay)
-    , measurement_(store_)
-    , input_(store_)
-    , display_(store_)
-    , qlab_(store_)
-    , sessions_(store_)
+    : QObject(parent),
+      store_(settings, syncDelay),
+      measurement_(store_),
+      input_(store_),
+      display_(store_),
+      qlab_(store_),
+      sessions_(store_)
 {
 }
 

@@ -5,8 +5,7 @@
 namespace ostrel {
 
 CalibrationRun::CalibrationRun(const MeasurementSettings& settings, QObject* parent)
-    : QObject(parent)
-    , settings_(settings)
+    : QObject(parent), settings_(settings)
 {
     timer_.setSingleShot(false);
     connect(&timer_, &QTimer::timeout, this, &CalibrationRun::tick);

@@ -4,10 +4,7 @@ namespace ostrel {
 
 LiveInput::LiveInput(std::unique_ptr<AudioCaptureBackend> backend, InputSettings& settings,
     Clock clock, QObject* parent)
-    : QObject(parent)
-    , audio_(std::move(backend))
-    , settings_(settings)
-    , clock_(std::move(clock))
+    : QObject(parent), audio_(std::move(backend)), settings_(settings), clock_(std::move(clock))
 {
     audio_.onInterval = [this](const MeasurementInterval& interval) {
         if (onInterval) onInterval(interval, clock_());

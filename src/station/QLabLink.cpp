@@ -6,10 +6,7 @@ namespace ostrel {
 
 QLabLink::QLabLink(
     QLabSettings& settings, QLabClient::Timings timings, Clock clock, QObject* parent)
-    : QObject(parent)
-    , settings_(settings)
-    , clock_(clock)
-    , client_(timings, std::move(clock))
+    : QObject(parent), settings_(settings), clock_(clock), client_(timings, std::move(clock))
 {
     client_.onRunningCuesChanged = [this](const std::vector<QLabCue>& cues) {
         if (onRunningCuesChanged) onRunningCuesChanged(cues, clock_());

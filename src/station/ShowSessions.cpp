@@ -6,10 +6,10 @@ namespace ostrel {
 
 ShowSessions::ShowSessions(
     const SessionSettings& settings, const MeasurementSettings& measurement, QObject* parent)
-    : QObject(parent)
-    , settings_(settings)
-    , measurement_(measurement)
-    , store_(std::make_shared<DiskSessionFiles>())
+    : QObject(parent),
+      settings_(settings),
+      measurement_(measurement),
+      store_(std::make_shared<DiskSessionFiles>())
 {
 }
 

@@ -53,7 +53,8 @@ private slots:
     {
         auto input = makeInput();
         std::vector<MeasurementInterval> intervals;
-        input->onInterval = [&](const MeasurementInterval& interval) { intervals.push_back(interval); };
+        input->onInterval
+            = [&](const MeasurementInterval& interval) { intervals.push_back(interval); };
         input->start("testmic", 0);
         QCOMPARE(input->status(), AudioInput::Status::running);
         QCOMPARE(input->activeDevice()->name, QString("TestMic"));
@@ -63,8 +64,8 @@ private slots:
         const double expected = SPLMath::decibels(0.1 * 0.1 / 2.0);
         int measured = 0;
         for (std::size_t i = 10; i < intervals.size(); ++i) {
-        QVERIFY2(std::fabs(intervals[i].leq() - expected) < 0.1,
-                     qPrintable(QString("interval %1 reads %2").arg(i).arg(intervals[i].leq())));
+            QVERIFY2(std::fabs(intervals[i].leq() - expected) < 0.1,
+                qPrintable(QString("interval %1 reads %2").arg(i).arg(intervals[i].leq())));
             QVERIFY(std::fabs(intervals[i].level - expected) < 0.1);
             ++measured;
         }

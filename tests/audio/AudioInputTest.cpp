@@ -127,7 +127,7 @@ private slots:
         QTest::qWait(delay * 3);
         QCOMPARE(backend->starts, 1);
         // A changed format restarts once the delay has passed.
-        backend->reportedFormat = AudioCaptureBackend::Format{1, 48000.0, true};
+        backend->reportedFormat = AudioCaptureBackend::Format {1, 48000.0, true};
         backend->announceConfigurationChange();
         QTRY_COMPARE(backend->starts, 2);
     }
@@ -154,7 +154,7 @@ private slots:
     {
         make({device("c", "Input 10", 2), device("a", "input 2", 2), device("b", "Input 1", 2)});
         input->refreshDevices();
-        QCOMPARE(input->devices().size(), std::size_t{3});
+        QCOMPARE(input->devices().size(), std::size_t {3});
         QCOMPARE(input->devices()[0].name, QString("Input 1"));
         QCOMPARE(input->devices()[1].name, QString("input 2"));
         QCOMPARE(input->devices()[2].name, QString("Input 10"));
@@ -196,8 +196,8 @@ private slots:
         };
         input->start("", 1);
         std::vector<float> frames(2 * 4800, 0.25f);
-        AudioBufferView view{reinterpret_cast<const std::byte*>(frames.data()), 4800, 2,
-                             AudioBufferView::SampleFormat::float32};
+        AudioBufferView view {reinterpret_cast<const std::byte*>(frames.data()), 4800, 2,
+            AudioBufferView::SampleFormat::float32};
         backend->tap(view);
         backend->tap(view);
         QCOMPARE(received, 0);

@@ -32,13 +32,13 @@ public:
     {
         for (const auto& listed : devices) {
             if (listed.uid == device.uid)
-                return Format{static_cast<int>(listed.inputChannels),
-                              requested > 0 ? requested : listed.nominalSampleRate, true};
+                return Format {static_cast<int>(listed.inputChannels),
+                    requested > 0 ? requested : listed.nominalSampleRate, true};
         }
         return std::nullopt;
     }
     std::optional<QString> start(const AudioInputDevice& device, const Format& format,
-                                 MeasurementPipeline::TapProvider provider) override
+        MeasurementPipeline::TapProvider provider) override
     {
         ++starts;
         if (startError) return startError;
@@ -65,10 +65,10 @@ public:
     void announceConfigurationChange() { emit configurationChanged(); }
 };
 
-inline AudioInputDevice device(const QString& uid, const QString& name, qint64 channels,
-                               double rate = 48000.0)
+inline AudioInputDevice device(
+    const QString& uid, const QString& name, qint64 channels, double rate = 48000.0)
 {
-    return AudioInputDevice{uid, name, channels, rate, {44100.0, 48000.0, 96000.0}};
+    return AudioInputDevice {uid, name, channels, rate, {44100.0, 48000.0, 96000.0}};
 }
 
 } // namespace ostrel::testsupport

@@ -16,7 +16,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date now = addingSeconds(Date{}, 1'700'000'000.0);
+const Date now = addingSeconds(Date {}, 1'700'000'000.0);
 
 void require(bool condition)
 {

@@ -21,7 +21,8 @@ MeasurementInterval tenth(double rawDBFS, bool clipped = false)
 CalibrationCollector collect(const std::vector<MeasurementInterval>& intervals)
 {
     CalibrationCollector collector;
-    for (const auto& interval : intervals) collector.add(interval);
+    for (const auto& interval : intervals)
+        collector.add(interval);
     return collector;
 }
 
@@ -48,7 +49,7 @@ TEST(CalibrationCollector, NoIntervalsOrAllInsideTheSettleTimeGiveNoSignal)
 
 TEST(CalibrationCollector, AClipDuringTheFirstHalfSecondIsNotSeen)
 {
-    std::vector<MeasurementInterval> intervals{tenth(-1.0, true)};
+    std::vector<MeasurementInterval> intervals {tenth(-1.0, true)};
     intervals.resize(30, tenth(-20.0));
     EXPECT_EQ(collect(intervals).result(94.0).kind, CalibrationResult::Kind::success);
 }
@@ -78,7 +79,7 @@ TEST(CalibrationCollector, ALevelOfExactlyMinus80IsNoSignal)
     const auto collector = collect(std::vector<MeasurementInterval>(20, tenth(-80.0)));
     EXPECT_EQ(collector.result(94.0).kind, CalibrationResult::Kind::noSignal);
     EXPECT_EQ(collect(std::vector<MeasurementInterval>(20, tenth(-79.9))).result(94.0).kind,
-              CalibrationResult::Kind::success);
+        CalibrationResult::Kind::success);
 }
 
 TEST(CalibrationCollector, DigitalSilenceReadsMinus200AndIsNoSignal)
@@ -87,7 +88,7 @@ TEST(CalibrationCollector, DigitalSilenceReadsMinus200AndIsNoSignal)
     silence.rawEnergy = 0.0;
     EXPECT_EQ(silence.rawLevelDBFS(), -200.0);
     EXPECT_EQ(collect(std::vector<MeasurementInterval>(20, silence)).result(94.0).kind,
-              CalibrationResult::Kind::noSignal);
+        CalibrationResult::Kind::noSignal);
 }
 
 TEST(CalibrationCollector, EmptyIntervalsAddTimeButAreNotCounted)
@@ -104,11 +105,11 @@ TEST(CalibrationCollector, EveryFailureHasItsMessage)
 {
     using Kind = CalibrationResult::Kind;
     EXPECT_EQ(*CalibrationResult::failure(Kind::noSignal).failureMessage(),
-              "Ostrel Live couldn't hear the calibrator. Check that it's switched on and the "
-              "microphone is fully inserted.");
+        "Ostrel Live couldn't hear the calibrator. Check that it's switched on and the "
+        "microphone is fully inserted.");
     EXPECT_EQ(*CalibrationResult::failure(Kind::unstable).failureMessage(),
-              "The level wasn't steady. Make sure the room is quiet and the calibrator isn't "
-              "moving.");
+        "The level wasn't steady. Make sure the room is quiet and the calibrator isn't "
+        "moving.");
     EXPECT_EQ(*CalibrationResult::failure(Kind::overload).failureMessage(),
-              "The input is clipping. Turn down the gain on your audio interface and try again.");
+        "The input is clipping. Turn down the gain on your audio interface and try again.");
 }

@@ -19,7 +19,10 @@ namespace {
 constexpr double rate = 48000.0;
 constexpr std::size_t centre = CorrectionFilter::tapCount / 2;
 
-double decibels(double amplitude) { return 20.0 * std::log10(amplitude); }
+double decibels(double amplitude)
+{
+    return 20.0 * std::log10(amplitude);
+}
 
 MicrophoneCorrection flat(double level)
 {
@@ -42,7 +45,8 @@ std::vector<float> noise(std::size_t count, unsigned seed)
     std::mt19937 generator(seed);
     std::uniform_real_distribution<float> distribution(-1.0f, 1.0f);
     std::vector<float> samples(count);
-    for (float& sample : samples) sample = distribution(generator);
+    for (float& sample : samples)
+        sample = distribution(generator);
     return samples;
 }
 
@@ -62,7 +66,7 @@ std::vector<float> filteredWhole(CorrectionFilter& filter, const std::vector<flo
 }
 
 std::vector<float> filteredInBlocks(CorrectionFilter& filter, const std::vector<float>& samples,
-                                    const std::vector<std::size_t>& sizes)
+    const std::vector<std::size_t>& sizes)
 {
     std::vector<float> result;
     std::size_t position = 0;
@@ -78,7 +82,8 @@ std::vector<float> filteredInBlocks(CorrectionFilter& filter, const std::vector<
 double rms(std::span<const float> samples)
 {
     double sum = 0.0;
-    for (const float sample : samples) sum += static_cast<double>(sample) * sample;
+    for (const float sample : samples)
+        sum += static_cast<double>(sample) * sample;
     return std::sqrt(sum / static_cast<double>(samples.size()));
 }
 
@@ -87,9 +92,9 @@ double rms(std::span<const float> samples)
 TEST(CorrectionFilter, HasTheAnnouncedLength)
 {
     EXPECT_EQ(CorrectionFilter::design(tilted(), rate).size(),
-              static_cast<std::size_t>(CorrectionFilter::tapCount));
+        static_cast<std::size_t>(CorrectionFilter::tapCount));
     EXPECT_EQ(CorrectionFilter(flat(0), 44100.0).taps().size(),
-              static_cast<std::size_t>(CorrectionFilter::tapCount));
+        static_cast<std::size_t>(CorrectionFilter::tapCount));
 }
 
 TEST(CorrectionFilter, FlatFileGivesDominantCentreTapAndUnitMagnitude)
@@ -156,7 +161,8 @@ TEST(CorrectionFilter, ImpulseResponseIsTheTaps)
     const auto out = filteredWhole(filter, impulse);
     for (std::size_t i = 0; i < filter.taps().size(); ++i)
         EXPECT_EQ(out[i], filter.taps()[filter.taps().size() - 1 - i]) << i;
-    for (std::size_t i = filter.taps().size(); i < out.size(); ++i) EXPECT_EQ(out[i], 0.0f);
+    for (std::size_t i = filter.taps().size(); i < out.size(); ++i)
+        EXPECT_EQ(out[i], 0.0f);
 }
 
 TEST(CorrectionFilter, FlatFilterDelaysByTheCentreTap)
@@ -164,7 +170,8 @@ TEST(CorrectionFilter, FlatFilterDelaysByTheCentreTap)
     CorrectionFilter filter(flat(-4), rate);
     const auto input = noise(3000, 11);
     const auto out = filteredWhole(filter, input);
-    for (std::size_t i = 0; i < centre; ++i) EXPECT_NEAR(out[i], 0.0f, 1e-4f);
+    for (std::size_t i = 0; i < centre; ++i)
+        EXPECT_NEAR(out[i], 0.0f, 1e-4f);
     for (std::size_t i = centre; i < out.size(); ++i)
         EXPECT_NEAR(out[i], input[i - centre], 1e-4f) << i;
 }
@@ -175,15 +182,15 @@ TEST(CorrectionFilter, OutputIsContinuousAcrossBlockBoundaries)
     CorrectionFilter whole(tilted(), rate);
     const auto expected = filteredWhole(whole, input);
 
-    const std::vector<std::vector<std::size_t>> blockings{
+    const std::vector<std::vector<std::size_t>> blockings {
         {1}, {7}, {31, 32, 33}, {64}, {1021, 1022, 1023, 1024}, {5000, 1, 2, 3}, {2047, 17}};
     for (const auto& sizes : blockings) {
         CorrectionFilter split(tilted(), rate);
         const auto result = filteredInBlocks(split, input, sizes);
         ASSERT_EQ(result.size(), expected.size());
         for (std::size_t i = 0; i < result.size(); ++i)
-            ASSERT_NEAR(result[i], expected[i], 1e-6f) << "sample " << i << ", first block "
-                                                        << sizes.front();
+            ASSERT_NEAR(result[i], expected[i], 1e-6f)
+                << "sample " << i << ", first block " << sizes.front();
     }
 }
 
@@ -199,7 +206,8 @@ TEST(CorrectionFilter, EmptyBlockChangesNothing)
     const auto rest = filteredWhole(split, std::vector<float>(input.begin() + 700, input.end()));
     result.insert(result.end(), rest.begin(), rest.end());
     ASSERT_EQ(result.size(), expected.size());
-    for (std::size_t i = 0; i < result.size(); ++i) ASSERT_NEAR(result[i], expected[i], 1e-6f);
+    for (std::size_t i = 0; i < result.size(); ++i)
+        ASSERT_NEAR(result[i], expected[i], 1e-6f);
 }
 
 TEST(CorrectionFilter, ResetForgetsEarlierSamples)
@@ -213,7 +221,8 @@ TEST(CorrectionFilter, ResetForgetsEarlierSamples)
     used.reset();
     const auto result = filteredWhole(used, input);
     ASSERT_EQ(result.size(), expected.size());
-    for (std::size_t i = 0; i < result.size(); ++i) ASSERT_EQ(result[i], expected[i]) << i;
+    for (std::size_t i = 0; i < result.size(); ++i)
+        ASSERT_EQ(result[i], expected[i]) << i;
 }
 
 TEST(CorrectionFilter, SineComesOutScaledByTheMagnitude)
@@ -252,7 +261,8 @@ TEST(CorrectionFilter, AfterALargeBlockNoBlockUpToItsSizeAllocates)
     const auto large = noise(4096, 6);
     filter.process(large);
     const testsupport::AllocationCounter allocations;
-    for (int i = 0; i < 5; ++i) filter.process(large);
+    for (int i = 0; i < 5; ++i)
+        filter.process(large);
     filter.process(std::span(large).first(1));
     EXPECT_EQ(allocations.count(), 0u);
 }

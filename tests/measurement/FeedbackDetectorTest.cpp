@@ -9,7 +9,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date{}, 1'700'000'000.0);
+const Date base = addingSeconds(Date {}, 1'700'000'000.0);
 
 // Spectra arrive ten times a second; whole milliseconds keep the dates exact.
 Date tick(int index)
@@ -19,7 +19,7 @@ Date tick(int index)
 
 SpectralPeak tone(double frequency, double level, double prominence, double harmonicLevel = -40.0)
 {
-    return SpectralPeak{frequency, level, prominence, harmonicLevel};
+    return SpectralPeak {frequency, level, prominence, harmonicLevel};
 }
 
 // Feeds ticks first..last (inclusive) and returns how many of them returned a warning.
@@ -48,7 +48,7 @@ TEST(FeedbackDetector, StronglyProminentToneConfirmsOnTheFirstSpectrumAfterOneSe
     const auto peak = tone(1000.0, 55.0, 30.0);
     EXPECT_EQ(feed(detector, 0, 9, peak), 0);
 
-    EXPECT_EQ(detector.update(peak, tick(10)), (FeedbackWarning{1000.0, base}));
+    EXPECT_EQ(detector.update(peak, tick(10)), (FeedbackWarning {1000.0, base}));
     EXPECT_EQ(detector.lastConfirmed(), tick(10));
     ASSERT_TRUE(detector.candidate());
     EXPECT_EQ(detector.candidate()->since, base);
@@ -60,7 +60,8 @@ TEST(FeedbackDetector, ToneRisingThreeDecibelsWithinTheSecondConfirmsAtOneSecond
     for (int index = 0; index < 10; ++index)
         EXPECT_FALSE(detector.update(tone(1000.0, 60.0 + index * 3.0 / 10.0, 25.0), tick(index)));
 
-    EXPECT_EQ(detector.update(tone(1000.0, 63.0, 25.0), tick(10)), (FeedbackWarning{1000.0, base}));
+    EXPECT_EQ(
+        detector.update(tone(1000.0, 63.0, 25.0), tick(10)), (FeedbackWarning {1000.0, base}));
 }
 
 TEST(FeedbackDetector, ToneRisingLessThanThreeDecibelsDoesNotConfirm)
@@ -89,7 +90,7 @@ TEST(FeedbackDetector, PeakExactlyAtMinimumProminenceAndLevelQualifies)
     FeedbackDetector detector;
     detector.update(tone(1000.0, 55.0, 20.0), base);
     ASSERT_TRUE(detector.candidate());
-    EXPECT_EQ(*detector.candidate(), (FeedbackDetector::Candidate{1000.0, base, 55.0}));
+    EXPECT_EQ(*detector.candidate(), (FeedbackDetector::Candidate {1000.0, base, 55.0}));
 }
 
 TEST(FeedbackDetector, PeakJustBelowMinimumLevelDropsTheCandidate)
@@ -106,11 +107,11 @@ TEST(FeedbackDetector, FrequencyJumpOfTwoPercentRestartsTheCandidateAndItsSecond
     EXPECT_EQ(feed(detector, 0, 5, tone(1000.0, 60.0, 30.0)), 0);
     detector.update(tone(1020.0, 60.0, 30.0), tick(6));
     ASSERT_TRUE(detector.candidate());
-    EXPECT_EQ(*detector.candidate(), (FeedbackDetector::Candidate{1020.0, tick(6), 60.0}));
+    EXPECT_EQ(*detector.candidate(), (FeedbackDetector::Candidate {1020.0, tick(6), 60.0}));
 
     EXPECT_EQ(feed(detector, 7, 15, tone(1020.0, 60.0, 30.0)), 0);
-    EXPECT_EQ(detector.update(tone(1020.0, 60.0, 30.0), tick(16)),
-              (FeedbackWarning{1020.0, tick(6)}));
+    EXPECT_EQ(
+        detector.update(tone(1020.0, 60.0, 30.0), tick(16)), (FeedbackWarning {1020.0, tick(6)}));
 }
 
 TEST(FeedbackDetector, DriftWithinTheToleranceAveragesTheCandidateFrequency)
@@ -132,8 +133,8 @@ TEST(FeedbackDetector, WarningStaysThreeSecondsAfterTheLastConfirmationThenDrops
 
     const auto quiet = tone(1000.0, 40.0, 5.0);
     EXPECT_EQ(feed(detector, 11, 40, quiet), 30);
-    EXPECT_EQ(detector.update(quiet, addingSeconds(tick(10), 3.0)),
-              (FeedbackWarning{1000.0, base}));
+    EXPECT_EQ(
+        detector.update(quiet, addingSeconds(tick(10), 3.0)), (FeedbackWarning {1000.0, base}));
     EXPECT_FALSE(detector.update(quiet, tick(41)));
     EXPECT_FALSE(detector.warning());
 }
@@ -153,8 +154,8 @@ TEST(FeedbackDetector, ConfirmationAtTheSamePitchKeepsTheWarningsFrequencyAndSta
 {
     FeedbackDetector detector;
     feed(detector, 0, 10, tone(1000.0, 60.0, 30.0));
-    EXPECT_EQ(detector.update(tone(1005.0, 60.0, 30.0), tick(11)),
-              (FeedbackWarning{1000.0, base}));
+    EXPECT_EQ(
+        detector.update(tone(1005.0, 60.0, 30.0), tick(11)), (FeedbackWarning {1000.0, base}));
     EXPECT_EQ(detector.lastConfirmed(), tick(11));
 }
 
@@ -165,9 +166,9 @@ TEST(FeedbackDetector, SecondToneMoreThanOnePercentAwayReplacesTheWarning)
 
     for (int index = 11; index <= 20; ++index)
         EXPECT_EQ(detector.update(tone(2000.0, 60.0, 30.0), tick(index)),
-                  (FeedbackWarning{1000.0, base}));
-    EXPECT_EQ(detector.update(tone(2000.0, 60.0, 30.0), tick(21)),
-              (FeedbackWarning{2000.0, tick(11)}));
+            (FeedbackWarning {1000.0, base}));
+    EXPECT_EQ(
+        detector.update(tone(2000.0, 60.0, 30.0), tick(21)), (FeedbackWarning {2000.0, tick(11)}));
 }
 
 TEST(FeedbackDetector, ClearRemovesCandidateWarningAndLastConfirmation)

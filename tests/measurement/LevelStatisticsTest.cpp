@@ -57,7 +57,7 @@ TEST(LevelStatistics, AddsEnergyCountsDurationAndKeepsTheHighestPeakAndMax)
 TEST(LevelStatistics, JsonWithoutMaxLevelDecodesWithMaxAbsent)
 {
     const auto object = QJsonDocument::fromJson(
-                            R"({"energy":1.5,"sampleCount":4800,"duration":0.1,"peakPower":0.5})")
+        R"({"energy":1.5,"sampleCount":4800,"duration":0.1,"peakPower":0.5})")
                             .object();
     const auto statistics = LevelStatistics::fromJson(object);
     ASSERT_TRUE(statistics);
@@ -68,20 +68,20 @@ TEST(LevelStatistics, JsonWithoutMaxLevelDecodesWithMaxAbsent)
 
 TEST(LevelStatistics, JsonWithoutEnergyFailsToDecode)
 {
-    const auto object =
-        QJsonDocument::fromJson(R"({"sampleCount":4800,"duration":0.1,"peakPower":0.5})").object();
+    const auto object
+        = QJsonDocument::fromJson(R"({"sampleCount":4800,"duration":0.1,"peakPower":0.5})")
+              .object();
     EXPECT_FALSE(LevelStatistics::fromJson(object));
 }
 
 TEST(LevelStatistics, JsonWithAnyRequiredKeyMissingOrMistypedFailsToDecode)
 {
-    for (const char* text :
-         {R"({"energy":1,"duration":0.1,"peakPower":0.5})",
-          R"({"energy":1,"sampleCount":4800,"peakPower":0.5})",
-          R"({"energy":1,"sampleCount":4800,"duration":0.1})",
-          R"({"energy":"1","sampleCount":4800,"duration":0.1,"peakPower":0.5})",
-          R"({"energy":1,"sampleCount":4800.5,"duration":0.1,"peakPower":0.5})",
-          R"({"energy":1,"sampleCount":4800,"duration":0.1,"peakPower":0.5,"maxLevel":"x"})"}) {
+    for (const char* text : {R"({"energy":1,"duration":0.1,"peakPower":0.5})",
+             R"({"energy":1,"sampleCount":4800,"peakPower":0.5})",
+             R"({"energy":1,"sampleCount":4800,"duration":0.1})",
+             R"({"energy":"1","sampleCount":4800,"duration":0.1,"peakPower":0.5})",
+             R"({"energy":1,"sampleCount":4800.5,"duration":0.1,"peakPower":0.5})",
+             R"({"energy":1,"sampleCount":4800,"duration":0.1,"peakPower":0.5,"maxLevel":"x"})"}) {
         EXPECT_FALSE(LevelStatistics::fromJson(QJsonDocument::fromJson(text).object())) << text;
     }
 }
@@ -91,8 +91,8 @@ TEST(LevelStatistics, JsonRoundTripKeepsEveryField)
     LevelStatistics statistics;
     statistics.add(interval(90.0, 100.0, 95.25));
     const auto object = statistics.toJson();
-    EXPECT_EQ(object.keys(), (QStringList{"duration", "energy", "maxLevel", "peakPower",
-                                          "sampleCount"}));
+    EXPECT_EQ(object.keys(),
+        (QStringList {"duration", "energy", "maxLevel", "peakPower", "sampleCount"}));
     EXPECT_EQ(LevelStatistics::fromJson(object), statistics);
 
     LevelStatistics empty;

@@ -25,10 +25,11 @@ struct RecordedCall {
 class FakeRecorder : public PipelineRecorder {
 public:
     void append(std::span<const float> samples, double sampleRate,
-                const std::optional<MeasurementInterval>& interval, Date at) override
+        const std::optional<MeasurementInterval>& interval, Date at) override
     {
         std::lock_guard lock(mutex);
-        calls.push_back({std::vector<float>(samples.begin(), samples.end()), sampleRate, interval, at});
+        calls.push_back(
+            {std::vector<float>(samples.begin(), samples.end()), sampleRate, interval, at});
     }
     std::mutex mutex;
     std::vector<RecordedCall> calls;
@@ -39,8 +40,8 @@ MicrophoneCorrection flatMicrophone(const std::string& name)
     return MicrophoneCorrection(name, {{20.0, 0.0}, {1000.0, 0.0}, {20000.0, 0.0}});
 }
 
-std::vector<MeasurementInterval> feed(MeasurementPipeline& pipeline,
-                                      const std::vector<float>& samples, std::size_t block)
+std::vector<MeasurementInterval> feed(
+    MeasurementPipeline& pipeline, const std::vector<float>& samples, std::size_t block)
 {
     std::vector<MeasurementInterval> intervals;
     for (std::size_t start = 0; start < samples.size(); start += block) {
@@ -59,7 +60,8 @@ TEST(MeasurementPipeline, HundredBlocksOf480At48kHzGiveExactlyTenIntervalsOf4800
     pipeline.prepare(48000.0);
     const auto intervals = feed(pipeline, testsignals::noise(0.1, 48000), 480);
     ASSERT_EQ(intervals.size(), 10u);
-    for (const auto& interval : intervals) EXPECT_EQ(interval.sampleCount, 4800);
+    for (const auto& interval : intervals)
+        EXPECT_EQ(interval.sampleCount, 4800);
 }
 
 TEST(MeasurementPipeline, BlocksOf1024CloseAfterFiveBlocksAndTheLeftoverDoesNotCarry)
@@ -68,7 +70,8 @@ TEST(MeasurementPipeline, BlocksOf1024CloseAfterFiveBlocksAndTheLeftoverDoesNotC
     pipeline.prepare(48000.0);
     const auto intervals = feed(pipeline, testsignals::noise(0.1, 1024 * 20), 1024);
     ASSERT_EQ(intervals.size(), 4u);
-    for (const auto& interval : intervals) EXPECT_EQ(interval.sampleCount, 5120);
+    for (const auto& interval : intervals)
+        EXPECT_EQ(interval.sampleCount, 5120);
 }
 
 TEST(MeasurementPipeline, ASingleBlockLargerThanTheIntervalYieldsOneInterval)
@@ -188,7 +191,7 @@ TEST(MeasurementPipeline, PrepareKeepsTheSettingsAndStartsFromZero)
 
 TEST(MeasurementPipeline, RecorderGetsEveryBlockWithTheIntervalThatClosedOnItAndNoneOtherwise)
 {
-    const Date fixed = Date{} + std::chrono::seconds(1000);
+    const Date fixed = Date {} + std::chrono::seconds(1000);
     MeasurementPipeline pipeline([fixed] { return fixed; });
     pipeline.prepare(48000.0);
     auto recorder = std::make_shared<FakeRecorder>();
@@ -202,8 +205,8 @@ TEST(MeasurementPipeline, RecorderGetsEveryBlockWithTheIntervalThatClosedOnItAnd
         EXPECT_EQ(call.sampleRate, 48000.0);
         EXPECT_EQ(call.at, fixed);
         ASSERT_EQ(call.samples.size(), 1200u);
-        EXPECT_EQ(std::memcmp(call.samples.data(), samples.data() + i * 1200, 1200 * sizeof(float)),
-                  0);
+        EXPECT_EQ(
+            std::memcmp(call.samples.data(), samples.data() + i * 1200, 1200 * sizeof(float)), 0);
         EXPECT_EQ(call.interval.has_value(), i == 3 || i == 7) << i;
     }
     EXPECT_EQ(*recorder->calls[3].interval, intervals[0]);
@@ -226,8 +229,10 @@ TEST(MeasurementPipeline, IntervalsCarryASpectrumOnceTheShortWindowIsFull)
     const auto intervals = feed(pipeline, testsignals::sine(1000.0, 0.1, 48000.0, 48000), 4800);
     ASSERT_EQ(intervals.size(), 10u);
     // 16384 samples make the short window: the fourth interval ends at 19200.
-    for (std::size_t i = 0; i < 3; ++i) EXPECT_FALSE(intervals[i].spectrum) << i;
-    for (std::size_t i = 3; i < 10; ++i) ASSERT_TRUE(intervals[i].spectrum) << i;
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_FALSE(intervals[i].spectrum) << i;
+    for (std::size_t i = 3; i < 10; ++i)
+        ASSERT_TRUE(intervals[i].spectrum) << i;
     EXPECT_NEAR(*intervals[9].spectrum->dominantFrequency, 1000.0, 1.0);
     EXPECT_NEAR(intervals[9].spectrum->bandLevels[17], -23.01, 0.05);
 }

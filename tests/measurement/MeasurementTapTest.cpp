@@ -24,7 +24,8 @@ struct FakeMainQueue {
     {
         auto pending = std::move(tasks);
         tasks.clear();
-        for (auto& task : pending) task();
+        for (auto& task : pending)
+            task();
     }
 };
 
@@ -32,15 +33,16 @@ std::vector<float> interleave(const std::vector<std::vector<float>>& channels)
 {
     std::vector<float> frames(channels.size() * channels[0].size());
     for (std::size_t i = 0; i < channels[0].size(); ++i)
-        for (std::size_t c = 0; c < channels.size(); ++c) frames[i * channels.size() + c] = channels[c][i];
+        for (std::size_t c = 0; c < channels.size(); ++c)
+            frames[i * channels.size() + c] = channels[c][i];
     return frames;
 }
 
 AudioBufferView view(const std::vector<float>& frames, int channels,
-                     AudioBufferView::SampleFormat format = AudioBufferView::SampleFormat::float32)
+    AudioBufferView::SampleFormat format = AudioBufferView::SampleFormat::float32)
 {
     return {reinterpret_cast<const std::byte*>(frames.data()),
-            frames.size() / static_cast<std::size_t>(channels), channels, format};
+        frames.size() / static_cast<std::size_t>(channels), channels, format};
 }
 
 } // namespace
@@ -58,9 +60,9 @@ TEST(MeasurementTap, MeasuresTheChosenChannelAndDeliversOnTheMainQueue)
 
     // Channel 0 is silent, channel 1 carries the tone, channel 2 is loud noise.
     const auto frames = interleave({std::vector<float>(4800, 0.0f),
-                                    testsignals::sine(1000.0, 0.1, 48000.0, 4800),
-                                    testsignals::noise(0.9, 4800)});
-    for (int i = 0; i < 20; ++i) tap(view(frames, 3));
+        testsignals::sine(1000.0, 0.1, 48000.0, 4800), testsignals::noise(0.9, 4800)});
+    for (int i = 0; i < 20; ++i)
+        tap(view(frames, 3));
     EXPECT_TRUE(delivered.empty()) << "delivery waits for the main queue";
     EXPECT_EQ(queue.tasks.size(), 20u);
     queue.runAll();
@@ -77,7 +79,8 @@ TEST(MeasurementTap, AChannelIndexBeyondTheFormatsChannelsYieldsNothingAndDoesNo
     auto tap = MeasurementPipeline::makeTapProvider(
         pipeline, 2, [&](MeasurementInterval) { ++deliveries; }, queue.poster());
     const auto frames = interleave({testsignals::noise(0.5, 4800), testsignals::noise(0.5, 4800)});
-    for (int i = 0; i < 5; ++i) tap(view(frames, 2));
+    for (int i = 0; i < 5; ++i)
+        tap(view(frames, 2));
     queue.runAll();
     EXPECT_EQ(deliveries, 0);
     EXPECT_EQ(pipeline->snapshot().processor.pendingSampleCount(), 0);
@@ -87,11 +90,11 @@ TEST(MeasurementTap, BuffersThatAreNotFloatAreDropped)
 {
     auto pipeline = std::make_shared<MeasurementPipeline>();
     FakeMainQueue queue;
-    auto tap = MeasurementPipeline::makeTapProvider(pipeline, 0, [](MeasurementInterval) {},
-                                                    queue.poster());
+    auto tap = MeasurementPipeline::makeTapProvider(
+        pipeline, 0, [](MeasurementInterval) {}, queue.poster());
     const auto frames = testsignals::noise(0.5, 4800);
     tap(view(frames, 1, AudioBufferView::SampleFormat::int16));
-    tap(AudioBufferView{});
+    tap(AudioBufferView {});
     EXPECT_EQ(pipeline->snapshot().processor.pendingSampleCount(), 0);
     tap(view(frames, 1));
     EXPECT_EQ(pipeline->snapshot().processor.pendingSampleCount(), 0) << "4800 closed an interval";

@@ -44,7 +44,7 @@ TEST(MicrophoneCorrection, RowsSeparatedByBlanksCommasAndSemicolonsParseInOneFil
                                    "5000 ,  2 ;  -30\n"
                                    "10000\t\t4.75\n");
     EXPECT_EQ(correction.name(), "mic");
-    const std::vector<Point> expected{
+    const std::vector<Point> expected {
         {20, -3.5}, {100, -1.25}, {1000, 0.5}, {5000, 2}, {10000, 4.75}};
     EXPECT_EQ(correction.points(), expected);
 }
@@ -52,7 +52,7 @@ TEST(MicrophoneCorrection, RowsSeparatedByBlanksCommasAndSemicolonsParseInOneFil
 TEST(MicrophoneCorrection, AcceptsEveryKindOfLineEnding)
 {
     const auto correction = parsed("50 1\r\n200 2\r800 3\n3000 4\r\n\r\n");
-    const std::vector<Point> expected{{50, 1}, {200, 2}, {800, 3}, {3000, 4}};
+    const std::vector<Point> expected {{50, 1}, {200, 2}, {800, 3}, {3000, 4}};
     EXPECT_EQ(correction.points(), expected);
 }
 
@@ -71,14 +71,14 @@ TEST(MicrophoneCorrection, HeadingWordsAndCommentLinesAreSkippedSilently)
                                    "1000 0\n"
                                    "10000 -2\n"
                                    "last line of text\n");
-    const std::vector<Point> expected{{100, 1}, {1000, 0}, {10000, -2}};
+    const std::vector<Point> expected {{100, 1}, {1000, 0}, {10000, -2}};
     EXPECT_EQ(correction.points(), expected);
 }
 
 TEST(MicrophoneCorrection, NumbersWithSignsAndWithoutLeadingDigitParse)
 {
     const auto correction = parsed("+100 +.5\n1000 -.25\n1.5e3 1E-1\n");
-    const std::vector<Point> expected{{100, 0.5}, {1000, -0.25}, {1500, 0.1}};
+    const std::vector<Point> expected {{100, 0.5}, {1000, -0.25}, {1500, 0.1}};
     EXPECT_EQ(correction.points(), expected);
 }
 
@@ -102,16 +102,15 @@ TEST(MicrophoneCorrection, SensFactorWithoutNumberIsAbsent)
     EXPECT_FALSE(parsed("\"Sens Factor = unknown\"\n20 1\n1000 0\n20000 -1\n")
                      .sensitivityFactor()
                      .has_value());
-    EXPECT_FALSE(parsed("\"Sens Factor -1.25\"\n20 1\n1000 0\n20000 -1\n")
-                     .sensitivityFactor()
-                     .has_value());
+    EXPECT_FALSE(
+        parsed("\"Sens Factor -1.25\"\n20 1\n1000 0\n20000 -1\n").sensitivityFactor().has_value());
     EXPECT_FALSE(parsed("20 1\n1000 0\n20000 -1\n").sensitivityFactor().has_value());
 }
 
 TEST(MicrophoneCorrection, RowsAtTheSameFrequencyKeepTheFirst)
 {
     const auto correction = parsed("1000 5\n20 1\n1000 -7\n20000 2\n1000 9\n");
-    const std::vector<Point> expected{{20, 1}, {1000, 5}, {20000, 2}};
+    const std::vector<Point> expected {{20, 1}, {1000, 5}, {20000, 2}};
     EXPECT_EQ(correction.points(), expected);
 }
 
@@ -121,7 +120,7 @@ TEST(MicrophoneCorrection, ZeroHertzRowsAreDroppedBeforeCounting)
     EXPECT_EQ(errorOf("-50 1\n100 2\n1000 3\n"), ParseError::tooFewPoints);
 
     const auto correction = parsed("0 9\n100 2\n1000 3\n5000 4\n");
-    const std::vector<Point> expected{{100, 2}, {1000, 3}, {5000, 4}};
+    const std::vector<Point> expected {{100, 2}, {1000, 3}, {5000, 4}};
     EXPECT_EQ(correction.points(), expected);
 }
 
@@ -167,16 +166,16 @@ TEST(MicrophoneCorrection, EveryErrorHasItsOwnMessage)
 TEST(MicrophoneCorrection, ConstructionSortsThePointsStably)
 {
     const MicrophoneCorrection correction("mic", {{1000, 1}, {20, 2}, {1000, 3}, {500, 4}});
-    const std::vector<Point> expected{{20, 2}, {500, 4}, {1000, 1}, {1000, 3}};
+    const std::vector<Point> expected {{20, 2}, {500, 4}, {1000, 1}, {1000, 3}};
     EXPECT_EQ(correction.points(), expected);
 }
 
 TEST(MicrophoneCorrection, FrequencyRangeSpansThePoints)
 {
     EXPECT_EQ(parsed("5000 1\n25 0\n18000 -1\n").frequencyRange(),
-              (std::pair<double, double>{25, 18000}));
-    EXPECT_EQ(MicrophoneCorrection("none", {}).frequencyRange(),
-              (std::pair<double, double>{0, 0}));
+        (std::pair<double, double> {25, 18000}));
+    EXPECT_EQ(
+        MicrophoneCorrection("none", {}).frequencyRange(), (std::pair<double, double> {0, 0}));
 }
 
 TEST(MicrophoneCorrection, ResponseAtOneKilohertzIsZero)
@@ -238,8 +237,8 @@ TEST(MicrophoneCorrection, ResponseBeyondTwentyDecibelsCountsAsTwenty)
 
 TEST(MicrophoneCorrection, JsonRoundTripKeepsEverything)
 {
-    const MicrophoneCorrection withSensitivity("UMIK-1 7001234",
-                                               {{20, -1.5}, {1000, 0.25}, {20000, 3.125}}, -0.78);
+    const MicrophoneCorrection withSensitivity(
+        "UMIK-1 7001234", {{20, -1.5}, {1000, 0.25}, {20000, 3.125}}, -0.78);
     const auto restored = MicrophoneCorrection::fromJson(withSensitivity.toJson());
     ASSERT_TRUE(restored.has_value());
     EXPECT_EQ(*restored, withSensitivity);
@@ -255,8 +254,8 @@ TEST(MicrophoneCorrection, JsonRoundTripKeepsEverything)
 
 TEST(MicrophoneCorrection, JsonUsesNamedKeys)
 {
-    const QJsonObject json =
-        MicrophoneCorrection("mic", {{20, -1}, {1000, 0}, {20000, 2}}, 1.5).toJson();
+    const QJsonObject json
+        = MicrophoneCorrection("mic", {{20, -1}, {1000, 0}, {20000, 2}}, 1.5).toJson();
     EXPECT_EQ(json.value("name").toString(), QString("mic"));
     EXPECT_DOUBLE_EQ(json.value("sensitivityFactor").toDouble(), 1.5);
     const QJsonArray points = json.value("points").toArray();
@@ -275,7 +274,8 @@ TEST(MicrophoneCorrection, FromJsonRejectsMissingPoints)
 
 TEST(MicrophoneCorrection, FromJsonRejectsWrongTypes)
 {
-    const QJsonObject good = MicrophoneCorrection("mic", {{20, -1}, {1000, 0}, {20000, 2}}).toJson();
+    const QJsonObject good
+        = MicrophoneCorrection("mic", {{20, -1}, {1000, 0}, {20000, 2}}).toJson();
 
     QJsonObject noName = good;
     noName.remove("name");
@@ -286,25 +286,27 @@ TEST(MicrophoneCorrection, FromJsonRejectsWrongTypes)
     EXPECT_FALSE(MicrophoneCorrection::fromJson(numericName).has_value());
 
     QJsonObject pointsAsObject = good;
-    pointsAsObject.insert("points", QJsonObject{});
+    pointsAsObject.insert("points", QJsonObject {});
     EXPECT_FALSE(MicrophoneCorrection::fromJson(pointsAsObject).has_value());
 
     QJsonObject pointWithoutResponse = good;
     QJsonArray points = good.value("points").toArray();
-    points.append(QJsonObject{{"frequency", 30000}});
+    points.append(QJsonObject {{"frequency", 30000}});
     pointWithoutResponse.insert("points", points);
     EXPECT_FALSE(MicrophoneCorrection::fromJson(pointWithoutResponse).has_value());
 
     QJsonObject pointWithText = good;
     QJsonArray textPoints = good.value("points").toArray();
-    textPoints.append(QJsonObject{{"frequency", "30000"}, {"response", 1}});
+    textPoints.append(QJsonObject {{"frequency", "30000"}, {"response", 1}});
     pointWithText.insert("points", textPoints);
     EXPECT_FALSE(MicrophoneCorrection::fromJson(pointWithText).has_value());
 }
 
 TEST(MicrophoneCorrection, ALeadingByteOrderMarkDoesNotHideTheFirstRow)
 {
-    const auto result = MicrophoneCorrection::parsing("\xEF\xBB\xBF" "20 1.5\n1000 0\n20000 -2\n", "bom.txt");
+    const auto result = MicrophoneCorrection::parsing("\xEF\xBB\xBF"
+                                                      "20 1.5\n1000 0\n20000 -2\n",
+        "bom.txt");
     ASSERT_TRUE(std::holds_alternative<MicrophoneCorrection>(result));
     const auto& correction = std::get<MicrophoneCorrection>(result);
     ASSERT_EQ(correction.points().size(), 3u);

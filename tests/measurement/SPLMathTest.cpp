@@ -68,14 +68,14 @@ TEST(SPLMath, MeanSquareOfAFullScaleSineIsAHalf)
 
 TEST(SPLMath, MeanSquareOfNothingIsZero)
 {
-    EXPECT_EQ(SPLMath::meanSquare(std::vector<float>{}), 0.0);
-    EXPECT_EQ(SPLMath::rms(std::vector<float>{}), 0.0);
+    EXPECT_EQ(SPLMath::meanSquare(std::vector<float> {}), 0.0);
+    EXPECT_EQ(SPLMath::rms(std::vector<float> {}), 0.0);
 }
 
 TEST(SPLMath, EnergyAverageIsThePowerMean)
 {
-    EXPECT_FALSE(SPLMath::energyAverage(std::vector<double>{}).has_value());
-    const std::vector<double> levels{90.0, 80.0};
+    EXPECT_FALSE(SPLMath::energyAverage(std::vector<double> {}).has_value());
+    const std::vector<double> levels {90.0, 80.0};
     const double expected = 10.0 * std::log10((1e9 + 1e8) / 2.0);
     EXPECT_NEAR(*SPLMath::energyAverage(levels), expected, 1e-9);
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr double rate = 48000.0;
 
 SPLProcessor processor(FrequencyWeighting weighting = FrequencyWeighting::z,
-                       TimeWeighting response = TimeWeighting::fast, double offset = 0.0)
+    TimeWeighting response = TimeWeighting::fast, double offset = 0.0)
 {
     return SPLProcessor(rate, weighting, response, offset);
 }
@@ -22,8 +22,8 @@ SPLProcessor processor(FrequencyWeighting weighting = FrequencyWeighting::z,
 // A tilted microphone: the correction lifts highs, so weighted energy of noise changes.
 MicrophoneCorrection tiltedMicrophone()
 {
-    return MicrophoneCorrection("tilted.txt", {{20.0, 0.0}, {1000.0, 0.0}, {10000.0, -6.0},
-                                               {20000.0, -6.0}});
+    return MicrophoneCorrection(
+        "tilted.txt", {{20.0, 0.0}, {1000.0, 0.0}, {10000.0, -6.0}, {20000.0, -6.0}});
 }
 
 } // namespace
@@ -45,18 +45,18 @@ TEST(SPLProcessor, SineJustBelowTheClipThresholdDoesNotClipAndAtItDoes)
     // A quarter-period sine reaches its amplitude exactly at sample 12 of 48 per cycle.
     spl.process(testsignals::sine(1000.0, 0.998, rate, 4800));
     EXPECT_FALSE(spl.takeInterval().clipped);
-    spl.process(std::vector<float>{0.0f, 0.999f, 0.0f});
+    spl.process(std::vector<float> {0.0f, 0.999f, 0.0f});
     EXPECT_TRUE(spl.takeInterval().clipped);
-    spl.process(std::vector<float>{0.0f, -0.999f});
+    spl.process(std::vector<float> {0.0f, -0.999f});
     EXPECT_TRUE(spl.takeInterval().clipped);
-    spl.process(std::vector<float>{0.0f, 0.99899f});
+    spl.process(std::vector<float> {0.0f, 0.99899f});
     EXPECT_FALSE(spl.takeInterval().clipped);
 }
 
 TEST(SPLProcessor, NaNDoesNotTripTheClipTest)
 {
     auto spl = processor();
-    spl.process(std::vector<float>{std::nanf("")});
+    spl.process(std::vector<float> {std::nanf("")});
     EXPECT_FALSE(spl.takeInterval().clipped);
 }
 
@@ -77,13 +77,14 @@ TEST(SPLProcessor, RawEnergyIgnoresWeightingCorrectionAndCalibrationWhileEnergyF
 {
     const auto samples = testsignals::noise(0.3, 4800);
     double plainRawEnergy = 0.0;
-    for (float s : samples) plainRawEnergy += static_cast<double>(s) * s;
+    for (float s : samples)
+        plainRawEnergy += static_cast<double>(s) * s;
 
     SPLProcessor plain(rate, FrequencyWeighting::z, TimeWeighting::fast, 0.0);
     SPLProcessor weighted(rate, FrequencyWeighting::a, TimeWeighting::fast, 0.0);
     SPLProcessor calibrated(rate, FrequencyWeighting::z, TimeWeighting::fast, 20.0);
-    SPLProcessor corrected(rate, FrequencyWeighting::z, TimeWeighting::fast, 0.0,
-                           tiltedMicrophone());
+    SPLProcessor corrected(
+        rate, FrequencyWeighting::z, TimeWeighting::fast, 0.0, tiltedMicrophone());
     std::vector<MeasurementInterval> intervals;
     for (auto* spl : {&plain, &weighted, &calibrated, &corrected}) {
         spl->process(samples);
@@ -146,7 +147,7 @@ TEST(SPLProcessor, EmptyIntervalHasZeroCountAndFloorRawLevelWithoutDividingByZer
 TEST(SPLProcessor, EmptySpanDoesNothing)
 {
     auto spl = processor();
-    spl.process(std::vector<float>{});
+    spl.process(std::vector<float> {});
     EXPECT_EQ(spl.pendingSampleCount(), 0);
 }
 

@@ -33,14 +33,15 @@ std::vector<float> pinkNoise(std::size_t count)
 
 // One-sided power of bins [0, upTo) of the Hann-windowed last `length` samples, scaled so that a
 // full-scale sine sums to 0.5.
-std::vector<double> plainDftPower(const std::vector<float>& samples, std::size_t length,
-                                  std::size_t upTo)
+std::vector<double> plainDftPower(
+    const std::vector<float>& samples, std::size_t length, std::size_t upTo)
 {
     std::vector<double> windowed(length), cosine(length), sine(length);
     const std::size_t start = samples.size() - length;
     double windowPower = 0.0;
     for (std::size_t n = 0; n < length; ++n) {
-        const double angle = 2.0 * std::numbers::pi * static_cast<double>(n) / static_cast<double>(length);
+        const double angle
+            = 2.0 * std::numbers::pi * static_cast<double>(n) / static_cast<double>(length);
         const double w = static_cast<float>(0.5 * (1.0 - std::cos(angle)));
         windowPower += w * w;
         windowed[n] = w * samples[start + n];
@@ -109,8 +110,8 @@ void checkAgainstPlainDft(const std::vector<float>& signal, const char* name)
     for (std::size_t i = 0; i < fine.size(); ++i) {
         const bool usesLong = fine[i].center < 400.0;
         const double width = usesLong ? longBinWidth : binWidth;
-        const double energy = overlapEnergy(usesLong ? longPower : shortPower,
-                                            fine[i].lower / width, fine[i].upper / width);
+        const double energy = overlapEnergy(
+            usesLong ? longPower : shortPower, fine[i].lower / width, fine[i].upper / width);
         EXPECT_NEAR(spectrum->fineBandLevels[i], levelOf(energy), 0.01) << name << " fine " << i;
     }
 }

@@ -44,7 +44,7 @@ TEST(SpectrumAnalyzer, NothingBeforeAShortWindowIsFull)
     ASSERT_TRUE(analyzer.hasTransforms());
     analyzer.append(testsignals::sine(1000.0, 0.5, 48000.0, 16383));
     EXPECT_FALSE(analyzer.analyze(0.0));
-    analyzer.append(std::vector<float>{0.0f});
+    analyzer.append(std::vector<float> {0.0f});
     EXPECT_TRUE(analyzer.analyze(0.0));
 }
 
@@ -78,7 +78,8 @@ TEST(SpectrumAnalyzer, FullScaleOneKilohertzSine)
     EXPECT_EQ(spectrum->peak->frequency, *spectrum->dominantFrequency);
     // The fine bands around 1 kHz hold the same energy as the third-octave band.
     double fineSum = 0.0;
-    for (std::size_t i = 130; i < 142; ++i) fineSum += SPLMath::power(spectrum->fineBandLevels[i]);
+    for (std::size_t i = 130; i < 142; ++i)
+        fineSum += SPLMath::power(spectrum->fineBandLevels[i]);
     EXPECT_NEAR(SPLMath::decibels(fineSum), -3.01, 0.05);
 }
 
@@ -112,8 +113,10 @@ TEST(SpectrumAnalyzer, TopThirdOctaveBandIsMeasuredAt44kHzAndFloorAt32kHz)
     EXPECT_GT(capped->bandLevels[29], -100.0);
     // Fine bands test their lower edge against Nyquist.
     for (std::size_t i = 0; i < 240; ++i) {
-        if (SpectrumBand::fine()[i].lower >= 16000.0) EXPECT_EQ(capped->fineBandLevels[i], -200.0);
-        else EXPECT_GT(capped->fineBandLevels[i], -100.0);
+        if (SpectrumBand::fine()[i].lower >= 16000.0)
+            EXPECT_EQ(capped->fineBandLevels[i], -200.0);
+        else
+            EXPECT_GT(capped->fineBandLevels[i], -100.0);
     }
 }
 
@@ -123,8 +126,10 @@ TEST(SpectrumAnalyzer, SilenceReadsOffsetMinus200WithoutDominantFrequencyOrPeak)
     analyzer.append(std::vector<float>(65536, 0.0f));
     const auto spectrum = analyzer.analyze(94.0);
     ASSERT_TRUE(spectrum);
-    for (double level : spectrum->bandLevels) EXPECT_EQ(level, 94.0 - 200.0);
-    for (double level : spectrum->fineBandLevels) EXPECT_EQ(level, 94.0 - 200.0);
+    for (double level : spectrum->bandLevels)
+        EXPECT_EQ(level, 94.0 - 200.0);
+    for (double level : spectrum->fineBandLevels)
+        EXPECT_EQ(level, 94.0 - 200.0);
     EXPECT_FALSE(spectrum->dominantFrequency);
     EXPECT_FALSE(spectrum->peak);
 }
@@ -177,8 +182,10 @@ TEST(SpectrumAnalyzer, At384kHzThe20HzBandComesFromTheFallbackBinScaledByItsWidt
     const auto& band = analyzer.bands()[0];
     EXPECT_EQ(band.first, band.end);
     const double binWidth = 384000.0 / 65536.0;
-    EXPECT_EQ(band.fallbackBin, static_cast<std::int64_t>(std::round(Spectrum::exactCenter(0) / binWidth)));
-    EXPECT_NEAR(band.fallbackScale, Spectrum::exactCenter(0) * 0.23076751616821778 / binWidth, 1e-12);
+    EXPECT_EQ(band.fallbackBin,
+        static_cast<std::int64_t>(std::round(Spectrum::exactCenter(0) / binWidth)));
+    EXPECT_NEAR(
+        band.fallbackScale, Spectrum::exactCenter(0) * 0.23076751616821778 / binWidth, 1e-12);
 
     analyzer.append(testsignals::noise(0.5, 65536));
     const auto spectrum = analyzer.analyze(0.0);
@@ -201,8 +208,8 @@ TEST(SpectrumAnalyzer, CorrectionGainsScaleEveryBinFromOneUp)
     const auto a = plain.analyze(0.0);
     const auto b = corrected.analyze(0.0);
     ASSERT_TRUE(a && b);
-    EXPECT_NEAR(b->bandLevels[25] - a->bandLevels[25], 6.0, 0.01);  // 5 kHz
-    EXPECT_NEAR(b->bandLevels[10] - a->bandLevels[10], 0.0, 0.01);  // 200 Hz
+    EXPECT_NEAR(b->bandLevels[25] - a->bandLevels[25], 6.0, 0.01); // 5 kHz
+    EXPECT_NEAR(b->bandLevels[10] - a->bandLevels[10], 0.0, 0.01); // 200 Hz
     EXPECT_NEAR(b->fineBandLevels[20] - a->fineBandLevels[20], 0.0, 0.01);
     corrected.setCorrection(std::nullopt);
     EXPECT_FALSE(corrected.hasCorrection());

@@ -12,7 +12,8 @@ TEST(SpectrumBand, FineGridHas240BandsSharingEdgesExactly)
 {
     const auto& fine = SpectrumBand::fine();
     ASSERT_EQ(fine.size(), 240u);
-    for (std::size_t i = 0; i + 1 < fine.size(); ++i) EXPECT_EQ(fine[i].upper, fine[i + 1].lower);
+    for (std::size_t i = 0; i + 1 < fine.size(); ++i)
+        EXPECT_EQ(fine[i].upper, fine[i + 1].lower);
     EXPECT_NEAR(fine.front().lower, 19.68627, 1e-5);
     EXPECT_NEAR(fine.back().upper, 20158.737, 1e-3);
     EXPECT_NEAR(fine.back().upper / fine.front().lower, 1024.0, 1e-9);
@@ -27,7 +28,8 @@ TEST(SpectrumBand, LowerEdgeOfFineBand136IsExactlyOneKilohertz)
 TEST(SpectrumBand, GroupingByFourTwoAndOneGivesSixtyHundredTwentyAndTheSameList)
 {
     std::vector<double> levels(240);
-    for (std::size_t i = 0; i < levels.size(); ++i) levels[i] = -50.0 + 0.1 * static_cast<double>(i);
+    for (std::size_t i = 0; i < levels.size(); ++i)
+        levels[i] = -50.0 + 0.1 * static_cast<double>(i);
     EXPECT_EQ(SpectrumBand::group(levels, 4).size(), 60u);
     EXPECT_EQ(SpectrumBand::group(levels, 2).size(), 120u);
     EXPECT_EQ(SpectrumBand::group(levels, 1), levels);

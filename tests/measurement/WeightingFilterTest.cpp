@@ -16,8 +16,8 @@ namespace {
 
 constexpr double rates[] = {8000.0, 22050.0, 32000.0, 44100.0, 48000.0, 96000.0, 192000.0};
 
-double meanSquareThrough(WeightingFilter& filter, const std::vector<float>& samples,
-                         std::size_t skip)
+double meanSquareThrough(
+    WeightingFilter& filter, const std::vector<float>& samples, std::size_t skip)
 {
     double sum = 0.0;
     for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -36,13 +36,40 @@ struct Tolerance {
 // Class 1 acceptance limits of IEC 61672-1:2013, Table 3.
 constexpr double none = std::numeric_limits<double>::infinity();
 constexpr Tolerance classOneLimits[] = {
-    {10, 3.5, none},  {12.5, 3.0, none}, {16, 2.5, 4.5},   {20, 2.5, 2.5},    {25, 2.5, 2.0},
-    {31.5, 2.0, 2.0}, {40, 1.5, 1.5},    {50, 1.5, 1.5},   {63, 1.5, 1.5},    {80, 1.5, 1.5},
-    {100, 1.5, 1.5},  {125, 1.5, 1.5},   {160, 1.5, 1.5},  {200, 1.4, 1.4},   {250, 1.4, 1.4},
-    {315, 1.4, 1.4},  {400, 1.4, 1.4},   {500, 1.4, 1.4},  {630, 1.4, 1.4},   {800, 1.4, 1.4},
-    {1000, 1.1, 1.1}, {1250, 1.4, 1.4},  {1600, 1.6, 1.6}, {2000, 1.6, 1.6},  {2500, 1.6, 1.6},
-    {3150, 1.6, 1.6}, {4000, 1.6, 1.6},  {5000, 2.1, 2.1}, {6300, 2.1, 2.6},  {8000, 2.1, 3.1},
-    {10000, 2.6, 3.6}, {12500, 3.0, 6.0}, {16000, 3.5, 17.0}, {20000, 4.0, none},
+    {10, 3.5, none},
+    {12.5, 3.0, none},
+    {16, 2.5, 4.5},
+    {20, 2.5, 2.5},
+    {25, 2.5, 2.0},
+    {31.5, 2.0, 2.0},
+    {40, 1.5, 1.5},
+    {50, 1.5, 1.5},
+    {63, 1.5, 1.5},
+    {80, 1.5, 1.5},
+    {100, 1.5, 1.5},
+    {125, 1.5, 1.5},
+    {160, 1.5, 1.5},
+    {200, 1.4, 1.4},
+    {250, 1.4, 1.4},
+    {315, 1.4, 1.4},
+    {400, 1.4, 1.4},
+    {500, 1.4, 1.4},
+    {630, 1.4, 1.4},
+    {800, 1.4, 1.4},
+    {1000, 1.1, 1.1},
+    {1250, 1.4, 1.4},
+    {1600, 1.6, 1.6},
+    {2000, 1.6, 1.6},
+    {2500, 1.6, 1.6},
+    {3150, 1.6, 1.6},
+    {4000, 1.6, 1.6},
+    {5000, 2.1, 2.1},
+    {6300, 2.1, 2.6},
+    {8000, 2.1, 3.1},
+    {10000, 2.6, 3.6},
+    {12500, 3.0, 6.0},
+    {16000, 3.5, 17.0},
+    {20000, 4.0, none},
 };
 
 double reference(FrequencyWeighting weighting, double frequency)
@@ -53,13 +80,15 @@ double reference(FrequencyWeighting weighting, double frequency)
 
 double warpedAnalogue(FrequencyWeighting weighting, double frequency, double rate)
 {
-    const auto warp = [rate](double f) { return 2.0 * rate * std::tan(3.141592653589793 * f / rate); };
+    const auto warp
+        = [rate](double f) { return 2.0 * rate * std::tan(3.141592653589793 * f / rate); };
     const double w1 = warp(20.598997), w2 = warp(107.65265), w3 = warp(737.86223);
     const double w4 = warp(WeightingFilter::upperCorner(rate));
     const auto magnitude = [&](double f) {
         const double w = warp(f), ww = w * w;
         double value = (ww / (ww + w1 * w1)) * (w4 * w4 / (ww + w4 * w4));
-        if (weighting == FrequencyWeighting::a) value *= ww / std::sqrt((ww + w2 * w2) * (ww + w3 * w3));
+        if (weighting == FrequencyWeighting::a)
+            value *= ww / std::sqrt((ww + w2 * w2) * (ww + w3 * w3));
         return value;
     };
     return 20.0 * std::log10(magnitude(frequency) / magnitude(1000.0));
@@ -71,8 +100,7 @@ double largestDeviation(const WeightingFilter& filter, double top, double* where
     double worst = 0.0;
     for (int i = 0; i <= 2000; ++i) {
         const double f = 10.0 * std::pow(top / 10.0, i / 2000.0);
-        const double deviation =
-            std::fabs(filter.response(f) - reference(filter.weighting(), f));
+        const double deviation = std::fabs(filter.response(f) - reference(filter.weighting(), f));
         if (deviation > worst) {
             worst = deviation;
             *where = f;
@@ -120,7 +148,8 @@ TEST(WeightingFilter, CKeepsAnIdentityMidSectionInTheChain)
     EXPECT_TRUE(filter.mid().isIdentity());
     EXPECT_FALSE(filter.highPass().isIdentity());
     EXPECT_FALSE(filter.lowPass().isIdentity());
-    for (float sample : testsignals::noise(0.5, 1000)) filter.process(sample);
+    for (float sample : testsignals::noise(0.5, 1000))
+        filter.process(sample);
     // The identity section passes its input through: its state words stay zero.
     EXPECT_EQ(filter.mid().z1, 0.0);
     EXPECT_EQ(filter.mid().z2, 0.0);
@@ -133,8 +162,8 @@ TEST(WeightingFilter, TracksTheStandardCurveWithinClassOneLimitsAt44and48and96kH
         for (auto weighting : {FrequencyWeighting::a, FrequencyWeighting::c}) {
             const WeightingFilter filter(weighting, rate);
             for (const auto& limit : classOneLimits) {
-                const double deviation =
-                    filter.response(limit.frequency) - reference(weighting, limit.frequency);
+                const double deviation
+                    = filter.response(limit.frequency) - reference(weighting, limit.frequency);
                 EXPECT_LE(deviation, limit.upper)
                     << rawValue(weighting) << " " << rate << " Hz at " << limit.frequency;
                 EXPECT_GE(deviation, -limit.lower)
@@ -174,8 +203,7 @@ TEST(WeightingFilter, ReportsTheLargestDeviationFromTheStandardCurvePerRate)
             EXPECT_LT(below1k, 0.05) << rawValue(weighting) << " " << rate;
             std::printf("[ deviation ] %s at %.0f Hz: largest %.3f dB at %.0f Hz; up to 10 kHz "
                         "%.3f dB; up to 1 kHz %.4f dB\n",
-                        std::string(rawValue(weighting)).c_str(), rate, all, where, below10k,
-                        below1k);
+                std::string(rawValue(weighting)).c_str(), rate, all, where, below10k, below1k);
         }
     }
 }
@@ -210,7 +238,8 @@ TEST(WeightingFilter, FiltersForTheSameWeightingAtDifferentRatesAreEachUnityAtOn
 TEST(WeightingFilter, ResetClearsTheSections)
 {
     WeightingFilter filter(FrequencyWeighting::a, 48000.0);
-    for (float sample : testsignals::noise(0.5, 100)) filter.process(sample);
+    for (float sample : testsignals::noise(0.5, 100))
+        filter.process(sample);
     filter.reset();
     EXPECT_EQ(filter.highPass().z1, 0.0);
     EXPECT_EQ(filter.lowPass().z2, 0.0);
@@ -237,7 +266,8 @@ TEST(Biquad, ProcessIsTransposedDirectFormTwo)
 TEST(Biquad, IdentityHasUnitMagnitudeEverywhere)
 {
     const Biquad identity = Biquad::identity();
-    for (double f : {10.0, 1000.0, 20000.0}) EXPECT_DOUBLE_EQ(identity.magnitude(f, 48000.0), 1.0);
+    for (double f : {10.0, 1000.0, 20000.0})
+        EXPECT_DOUBLE_EQ(identity.magnitude(f, 48000.0), 1.0);
 }
 
 TEST(Biquad, BilinearOfADoublePoleLowPassHasUnitGainAtDcAndNoneAtNyquist)

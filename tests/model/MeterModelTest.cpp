@@ -11,7 +11,7 @@ using std::chrono::milliseconds;
 
 namespace {
 
-const Date base = Date{} + std::chrono::hours(24 * 365 * 56);
+const Date base = Date {} + std::chrono::hours(24 * 365 * 56);
 
 Date at(int ms)
 {
@@ -33,7 +33,7 @@ MeasurementInterval interval(double level, double rawDBFS = -20.0, bool clipped 
 }
 
 Spectrum spectrum(double bandLevel, std::optional<SpectralPeak> peak = std::nullopt,
-                  std::optional<double> dominant = std::nullopt)
+    std::optional<double> dominant = std::nullopt)
 {
     Spectrum value;
     value.bandLevels.fill(bandLevel);
@@ -51,7 +51,7 @@ MeasurementInterval withSpectrum(double level, const Spectrum& s, double rawDBFS
 }
 
 // A ringing tone that the detector confirms after a second.
-const SpectralPeak ringing{2500.0, 80.0, 35.0, -40.0};
+const SpectralPeak ringing {2500.0, 80.0, 35.0, -40.0};
 
 } // namespace
 
@@ -60,7 +60,8 @@ TEST(MeterModel, RawLevelOfExactlyMinus100CountsAsSignal)
     MeterModel meter;
     const auto quiet = interval(40.0, -100.0);
     ASSERT_EQ(quiet.rawLevelDBFS(), -100.0);
-    for (int i = 0; i < 40; ++i) meter.ingest(quiet, at(100 * i));
+    for (int i = 0; i < 40; ++i)
+        meter.ingest(quiet, at(100 * i));
     EXPECT_TRUE(meter.hasSignal());
 }
 
@@ -93,7 +94,8 @@ TEST(MeterModel, OneClippedIntervalHoldsTheFlagForExactlyOneSecond)
 TEST(MeterModel, GraphPointsComeAtLeastAQuarterSecondApart)
 {
     MeterModel meter;
-    for (int i = 0; i <= 10; ++i) meter.ingest(interval(60.0 + i), at(100 * i));
+    for (int i = 0; i <= 10; ++i)
+        meter.ingest(interval(60.0 + i), at(100 * i));
     const auto& points = meter.graphPoints();
     ASSERT_EQ(points.size(), 4u);
     EXPECT_EQ(points[0].date, at(0));
@@ -124,14 +126,16 @@ TEST(MeterModel, WithoutSignalTheDominantFrequencyGoesAndFeedbackIsNotUpdatedBut
 {
     MeterModel meter;
     // A ringing tone held for over a second raises a warning.
-    for (int i = 0; i <= 12; ++i) meter.ingest(withSpectrum(80.0, spectrum(60.0, ringing, 2500.0)), at(100 * i));
+    for (int i = 0; i <= 12; ++i)
+        meter.ingest(withSpectrum(80.0, spectrum(60.0, ringing, 2500.0)), at(100 * i));
     ASSERT_TRUE(meter.feedbackWarning());
     EXPECT_EQ(meter.dominantFrequency(), 2500.0);
 
     // Silence: after two seconds the signal is gone.
     const auto silentSpectrum = spectrum(-120.0, ringing, 2500.0);
     int t = 1300;
-    for (; t <= 3300; t += 100) meter.ingest(withSpectrum(0.0, silentSpectrum, -150.0), at(t));
+    for (; t <= 3300; t += 100)
+        meter.ingest(withSpectrum(0.0, silentSpectrum, -150.0), at(t));
     ASSERT_FALSE(meter.hasSignal());
     const auto lastConfirmed = meter.feedbackDetector().lastConfirmed();
     // Within a quarter second the dominant frequency is gone.
@@ -140,7 +144,8 @@ TEST(MeterModel, WithoutSignalTheDominantFrequencyGoesAndFeedbackIsNotUpdatedBut
     meter.ingest(withSpectrum(0.0, silentSpectrum, -150.0), at(t + 200));
     EXPECT_FALSE(meter.dominantFrequency());
     // The detector was not fed, so the warning is not released even after its release time.
-    for (t += 300; t < 9000; t += 100) meter.ingest(withSpectrum(0.0, silentSpectrum, -150.0), at(t));
+    for (t += 300; t < 9000; t += 100)
+        meter.ingest(withSpectrum(0.0, silentSpectrum, -150.0), at(t));
     EXPECT_TRUE(meter.feedbackWarning());
     EXPECT_EQ(meter.feedbackDetector().lastConfirmed(), lastConfirmed);
     meter.setDetectsFeedback(false);
@@ -162,7 +167,8 @@ TEST(MeterModel, TwoIntervalsWithEqualLevelNotifyLevelObserversOnce)
 TEST(MeterModel, AConstantThirdOctaveBandKeepsPeakEqualToLevel)
 {
     MeterModel meter;
-    for (int i = 0; i < 50; ++i) meter.ingest(withSpectrum(70.0, spectrum(55.0)), at(100 * i));
+    for (int i = 0; i < 50; ++i)
+        meter.ingest(withSpectrum(70.0, spectrum(55.0)), at(100 * i));
     ASSERT_TRUE(meter.bandLevels() && meter.bandPeaks());
     for (std::size_t band = 0; band < 31; ++band) {
         EXPECT_NEAR((*meter.bandLevels())[band], 55.0, 1e-9);
@@ -176,11 +182,13 @@ TEST(MeterModel, BandPeaksHoldThenFallTenDecibelsPerSecondButNotBelowTheLevel)
     meter.ingest(withSpectrum(70.0, spectrum(80.0)), at(0));
     // From here on the band is silent: smoothed levels decay by 0.7 in power each spectrum.
     int t = 100;
-    for (; t <= 1500; t += 100) meter.ingest(withSpectrum(70.0, spectrum(-200.0)), at(t));
+    for (; t <= 1500; t += 100)
+        meter.ingest(withSpectrum(70.0, spectrum(-200.0)), at(t));
     EXPECT_EQ((*meter.bandPeaks())[17], 80.0) << "held for 1.5 s";
     meter.ingest(withSpectrum(70.0, spectrum(-200.0)), at(1600));
     EXPECT_NEAR((*meter.bandPeaks())[17], 79.0, 1e-9) << "falls 10 dB/s once the hold is over";
-    for (t = 1700; t <= 12000; t += 100) meter.ingest(withSpectrum(70.0, spectrum(-200.0)), at(t));
+    for (t = 1700; t <= 12000; t += 100)
+        meter.ingest(withSpectrum(70.0, spectrum(-200.0)), at(t));
     EXPECT_GE((*meter.bandPeaks())[17], (*meter.bandLevels())[17]);
 }
 
@@ -214,7 +222,8 @@ TEST(MeterModel, RaisingGraphDurationGrowsTheSpectrogramKeepingItsColumnsAndLowe
 {
     MeterModel meter;
     EXPECT_EQ(meter.spectrogram().capacity(), 610);
-    for (int i = 0; i < 100; ++i) meter.ingest(withSpectrum(70.0, spectrum(40.0 + 0.1 * i)), at(100 * i));
+    for (int i = 0; i < 100; ++i)
+        meter.ingest(withSpectrum(70.0, spectrum(40.0 + 0.1 * i)), at(100 * i));
     ASSERT_EQ(meter.spectrogram().count(), 100);
     const float newest = meter.spectrogram().level(99, 0);
 
@@ -234,7 +243,8 @@ TEST(MeterModel, GraphKeepsOneSpareSecondAndMarkersOlderThanTheWindowGo)
     MeterModel meter;
     meter.setGraphDuration(2.0);
     meter.addMarker("Q1", at(0));
-    for (int i = 0; i <= 40; ++i) meter.ingest(interval(60.0), at(100 * i));
+    for (int i = 0; i <= 40; ++i)
+        meter.ingest(interval(60.0), at(100 * i));
     // Points every 0.3 s; the newest at 3.9 s; cutoff 3.9 - 3 = 0.9 s.
     EXPECT_EQ(meter.graphPoints().front().date, at(900));
     EXPECT_TRUE(meter.markers().empty());
@@ -254,7 +264,8 @@ TEST(MeterModel, ResetAllStartsMeasuringAfreshButKeepsSettingsAndPointIds)
     MeterModel meter;
     meter.setGraphDuration(30.0);
     meter.setDetectsFeedback(false);
-    for (int i = 0; i < 10; ++i) meter.ingest(withSpectrum(70.0, spectrum(50.0), -1.0), at(100 * i));
+    for (int i = 0; i < 10; ++i)
+        meter.ingest(withSpectrum(70.0, spectrum(50.0), -1.0), at(100 * i));
     const auto lastId = meter.graphPoints().back().id;
     meter.resetAll();
     EXPECT_FALSE(meter.level());
@@ -272,11 +283,13 @@ TEST(MeterModel, ResetAllStartsMeasuringAfreshButKeepsSettingsAndPointIds)
 TEST(MeterModel, SuspendingDetectionClearsTheWarningAtOnce)
 {
     MeterModel meter;
-    for (int i = 0; i <= 12; ++i) meter.ingest(withSpectrum(80.0, spectrum(60.0, ringing)), at(100 * i));
+    for (int i = 0; i <= 12; ++i)
+        meter.ingest(withSpectrum(80.0, spectrum(60.0, ringing)), at(100 * i));
     ASSERT_TRUE(meter.feedbackWarning());
     meter.setSuspendsFeedbackDetection(true);
     EXPECT_FALSE(meter.feedbackWarning());
-    for (int i = 13; i <= 40; ++i) meter.ingest(withSpectrum(80.0, spectrum(60.0, ringing)), at(100 * i));
+    for (int i = 13; i <= 40; ++i)
+        meter.ingest(withSpectrum(80.0, spectrum(60.0, ringing)), at(100 * i));
     EXPECT_FALSE(meter.feedbackWarning());
 }
 

@@ -9,7 +9,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date{}, 1'700'000'000.0);
+const Date base = addingSeconds(Date {}, 1'700'000'000.0);
 
 Date tick(int index)
 {
@@ -22,8 +22,8 @@ TEST(PeakHold, FirstUpdateCopiesTheLevels)
 {
     PeakHold hold;
     hold.update({50.0, 60.0, 70.0}, base, 0.1);
-    EXPECT_EQ(hold.peaks, (std::vector<double>{50.0, 60.0, 70.0}));
-    EXPECT_EQ(hold.times, (std::vector<Date>{base, base, base}));
+    EXPECT_EQ(hold.peaks, (std::vector<double> {50.0, 60.0, 70.0}));
+    EXPECT_EQ(hold.times, (std::vector<Date> {base, base, base}));
 }
 
 TEST(PeakHold, PeakHoldsThenFallsAtTenDecibelsPerSecondDownToTheLevel)

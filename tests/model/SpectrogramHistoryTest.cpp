@@ -9,7 +9,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date{}, 1'700'000'000.0);
+const Date base = addingSeconds(Date {}, 1'700'000'000.0);
 
 Date tick(int index)
 {
@@ -29,7 +29,8 @@ std::vector<double> column(int index, std::int64_t rows = 4)
 SpectrogramHistory filled(std::int64_t capacity, int appended)
 {
     SpectrogramHistory history(4, capacity);
-    for (int index = 0; index < appended; ++index) history.append(column(index), tick(index));
+    for (int index = 0; index < appended; ++index)
+        history.append(column(index), tick(index));
     return history;
 }
 
@@ -69,7 +70,7 @@ TEST(SpectrogramHistory, CapacityBelowOneBecomesOne)
 TEST(SpectrogramHistory, AppendOnAnEmptyRingMakesColumnZeroTheNewColumn)
 {
     SpectrogramHistory history(4, 3);
-    history.append(std::vector<double>{1.0, 2.0, 3.0, 4.25}, tick(7));
+    history.append(std::vector<double> {1.0, 2.0, 3.0, 4.25}, tick(7));
     EXPECT_EQ(history.count(), 1);
     EXPECT_EQ(history.head(), 1);
     EXPECT_EQ(history.level(0, 0), 1.0f);
@@ -81,7 +82,7 @@ TEST(SpectrogramHistory, AppendOnAnEmptyRingMakesColumnZeroTheNewColumn)
 TEST(SpectrogramHistory, LevelsAreNarrowedToFloat)
 {
     SpectrogramHistory history(2, 2);
-    history.append(std::vector<double>{0.1, -73.123456789}, base);
+    history.append(std::vector<double> {0.1, -73.123456789}, base);
     EXPECT_EQ(history.level(0, 0), 0.1f);
     EXPECT_EQ(history.level(0, 1), static_cast<float>(-73.123456789));
 }
@@ -91,7 +92,7 @@ TEST(SpectrogramHistory, OneAppendPastCapacityDropsTheOldestColumn)
     const auto history = filled(3, 4);
     EXPECT_EQ(history.count(), 3);
     EXPECT_EQ(history.head(), 1);
-    EXPECT_EQ(heldColumns(history), (std::vector<int>{1, 2, 3}));
+    EXPECT_EQ(heldColumns(history), (std::vector<int> {1, 2, 3}));
     EXPECT_EQ(history.newestDate(), tick(3));
 }
 
@@ -131,7 +132,7 @@ TEST(SpectrogramHistory, ResizeToZeroKeepsOnlyTheNewestColumn)
     EXPECT_EQ(history.capacity(), 1);
     EXPECT_EQ(history.count(), 1);
     EXPECT_EQ(history.head(), 0);
-    EXPECT_EQ(heldColumns(history), (std::vector<int>{4}));
+    EXPECT_EQ(heldColumns(history), (std::vector<int> {4}));
 }
 
 TEST(SpectrogramHistory, ResizeLargerKeepsEveryColumnInOrderWithItsDate)
@@ -141,11 +142,11 @@ TEST(SpectrogramHistory, ResizeLargerKeepsEveryColumnInOrderWithItsDate)
     EXPECT_EQ(history.capacity(), 6);
     EXPECT_EQ(history.count(), 3);
     EXPECT_EQ(history.head(), 3);
-    EXPECT_EQ(heldColumns(history), (std::vector<int>{2, 3, 4}));
+    EXPECT_EQ(heldColumns(history), (std::vector<int> {2, 3, 4}));
     EXPECT_EQ(history.dates()[3], SpectrogramHistory::distantPast);
 
     history.append(column(5), tick(5));
-    EXPECT_EQ(heldColumns(history), (std::vector<int>{2, 3, 4, 5}));
+    EXPECT_EQ(heldColumns(history), (std::vector<int> {2, 3, 4, 5}));
 }
 
 TEST(SpectrogramHistory, ResizeSmallerKeepsTheNewestColumns)
@@ -156,7 +157,7 @@ TEST(SpectrogramHistory, ResizeSmallerKeepsTheNewestColumns)
     EXPECT_EQ(history.count(), 2);
     EXPECT_EQ(history.head(), 0);
     EXPECT_EQ(history.values().size(), 8u);
-    EXPECT_EQ(heldColumns(history), (std::vector<int>{3, 4}));
+    EXPECT_EQ(heldColumns(history), (std::vector<int> {3, 4}));
 }
 
 TEST(SpectrogramHistory, MaximumOfARingOfSilenceIsMinusTwoHundred)
@@ -170,8 +171,8 @@ TEST(SpectrogramHistory, MaximumOfARingOfSilenceIsMinusTwoHundred)
 TEST(SpectrogramHistory, MaximumIsTheLargestHeldLevel)
 {
     SpectrogramHistory history(3, 4);
-    history.append(std::vector<double>{-60.0, -20.5, -80.0}, tick(0));
-    history.append(std::vector<double>{-70.0, -90.0, -30.0}, tick(1));
+    history.append(std::vector<double> {-60.0, -20.5, -80.0}, tick(0));
+    history.append(std::vector<double> {-70.0, -90.0, -30.0}, tick(1));
     EXPECT_EQ(history.maximum(), -20.5f);
 }
 
@@ -204,7 +205,8 @@ TEST(SpectrogramHistory, AppendDoesNotReallocate)
     const float* storage = history.values().data();
     const Date* dateStorage = history.dates().data();
     const std::vector<double> levels(240, -40.0);
-    for (int index = 0; index < 2000; ++index) history.append(levels, tick(index));
+    for (int index = 0; index < 2000; ++index)
+        history.append(levels, tick(index));
     EXPECT_EQ(history.values().data(), storage);
     EXPECT_EQ(history.dates().data(), dateStorage);
     EXPECT_EQ(history.count(), 610);

@@ -59,7 +59,7 @@ std::optional<QString> pythonWithLiblo()
 
 QJsonArray jsonArray(const ProcessRun& result)
 {
-    QJsonParseError error{};
+    QJsonParseError error {};
     const auto document = QJsonDocument::fromJson(result.output, &error);
     EXPECT_EQ(error.error, QJsonParseError::NoError) << result.errors.toStdString();
     return document.array();
@@ -145,7 +145,7 @@ OSCArgument libloReading(const QJsonObject& argument)
 
 std::vector<OSCMessage> messagesWeWrite()
 {
-    const float nan = std::bit_cast<float>(std::uint32_t{0x7fc00000});
+    const float nan = std::bit_cast<float>(std::uint32_t {0x7fc00000});
     const float infinity = std::numeric_limits<float>::infinity();
     return {
         OSCMessage("/workspaces"),
@@ -246,7 +246,7 @@ TEST_F(OSCLibloInterop, PacketsLibloWritesDecodeAsLibloMeantThem)
 TEST_F(OSCLibloInterop, PacketsWeWriteDecodeInLibloAsWeMeantThem)
 {
     const auto messages = messagesWeWrite();
-    QStringList arguments{script, "decode"};
+    QStringList arguments {script, "decode"};
     for (std::size_t index = 0; index < messages.size(); ++index) {
         const QString path = directory.filePath(QString("ours-%1.osc").arg(index));
         QFile file(path);

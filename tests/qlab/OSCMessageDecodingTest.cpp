@@ -74,7 +74,7 @@ TEST(OSCMessageDecoding, AddressWithoutSlashDecodesToNothing)
 TEST(OSCMessageDecoding, AddressWithoutNulDecodesToNothing)
 {
     EXPECT_FALSE(OSCMessage::decoding(ascii("/abc")).has_value());
-    EXPECT_FALSE(OSCMessage::decoding(Bytes{}).has_value());
+    EXPECT_FALSE(OSCMessage::decoding(Bytes {}).has_value());
 }
 
 TEST(OSCMessageDecoding, BoolAndNullConsumeNoBytes)
@@ -95,51 +95,51 @@ TEST(OSCMessageDecoding, BoolAndNullDecodeEvenWithNothingBehindTheTags)
 
 TEST(OSCMessageDecoding, InfinitumDecodesAsNull)
 {
-    EXPECT_EQ(argumentsOf(hex("2f780000 2c490000")), std::vector{OSCArgument::null()});
+    EXPECT_EQ(argumentsOf(hex("2f780000 2c490000")), std::vector {OSCArgument::null()});
 }
 
 TEST(OSCMessageDecoding, Int64KeepsItsLowThirtyTwoBits)
 {
     EXPECT_EQ(argumentsOf(hex("2f680000 2c680000 00000001 00000002")),
-        std::vector{OSCArgument::int32(2)});
+        std::vector {OSCArgument::int32(2)});
     EXPECT_EQ(argumentsOf(hex("2f680000 2c680000 00000000 ffffffff")),
-        std::vector{OSCArgument::int32(-1)});
+        std::vector {OSCArgument::int32(-1)});
 }
 
 TEST(OSCMessageDecoding, TimeTagKeepsItsLowThirtyTwoBits)
 {
     EXPECT_EQ(argumentsOf(hex("2f740000 2c740000 00000001 80000000")),
-        std::vector{OSCArgument::int32(std::numeric_limits<std::int32_t>::min())});
+        std::vector {OSCArgument::int32(std::numeric_limits<std::int32_t>::min())});
 }
 
 TEST(OSCMessageDecoding, DoubleIsNarrowedToFloat)
 {
     EXPECT_EQ(argumentsOf(hex("2f640000 2c640000 3ff80000 00000000")),
-        std::vector{OSCArgument::float32(1.5f)});
+        std::vector {OSCArgument::float32(1.5f)});
 }
 
 TEST(OSCMessageDecoding, DoubleBeyondFloatRangeBecomesInfinite)
 {
     // 1e300 and -1e300
     EXPECT_EQ(argumentsOf(hex("2f640000 2c640000 7e37e43c 8800759c")),
-        std::vector{OSCArgument::float32(std::numeric_limits<float>::infinity())});
+        std::vector {OSCArgument::float32(std::numeric_limits<float>::infinity())});
     EXPECT_EQ(argumentsOf(hex("2f640000 2c640000 fe37e43c 8800759c")),
-        std::vector{OSCArgument::float32(-std::numeric_limits<float>::infinity())});
+        std::vector {OSCArgument::float32(-std::numeric_limits<float>::infinity())});
 }
 
 TEST(OSCMessageDecoding, DoubleJustPastTheLargestFloatRoundsToIt)
 {
     // 2^128 - 2^104 + 2^102 lies below the halfway point to infinity; 2^128 - 2^103 is on it.
     EXPECT_EQ(argumentsOf(hex("2f640000 2c640000 47efffff e8000000")),
-        std::vector{OSCArgument::float32(std::numeric_limits<float>::max())});
+        std::vector {OSCArgument::float32(std::numeric_limits<float>::max())});
     EXPECT_EQ(argumentsOf(hex("2f640000 2c640000 47efffff f0000000")),
-        std::vector{OSCArgument::float32(std::numeric_limits<float>::infinity())});
+        std::vector {OSCArgument::float32(std::numeric_limits<float>::infinity())});
 }
 
 TEST(OSCMessageDecoding, SymbolDecodesAsString)
 {
     EXPECT_EQ(
-        argumentsOf(hex("2f730000 2c530000 61626300")), std::vector{OSCArgument::string("abc")});
+        argumentsOf(hex("2f730000 2c530000 61626300")), std::vector {OSCArgument::string("abc")});
 }
 
 TEST(OSCMessageDecoding, EveryWrittenKindReadsBack)
@@ -177,13 +177,13 @@ TEST(OSCMessageDecoding, BlobLongerThanThePacketDecodesToNothing)
 TEST(OSCMessageDecoding, BlobPaddingIsNotCheckedAgainstTheEnd)
 {
     EXPECT_EQ(
-        argumentsOf(hex("2f620000 2c620000 00000001 07")), std::vector{OSCArgument::blob({7})});
+        argumentsOf(hex("2f620000 2c620000 00000001 07")), std::vector {OSCArgument::blob({7})});
 }
 
 TEST(OSCMessageDecoding, BytesBehindTheLastArgumentAreIgnored)
 {
     EXPECT_EQ(argumentsOf(hex("2f690000 2c690000 00000001 deadbeef")),
-        std::vector{OSCArgument::int32(1)});
+        std::vector {OSCArgument::int32(1)});
 }
 
 TEST(OSCMessageDecoding, BrokenUtf8IsRepairedNotRejected)
@@ -191,6 +191,6 @@ TEST(OSCMessageDecoding, BrokenUtf8IsRepairedNotRejected)
     const auto message = OSCMessage::decoding(hex("2f730000 2c730000 61ff6200"));
     ASSERT_TRUE(message.has_value());
     EXPECT_EQ(message->arguments,
-        std::vector{OSCArgument::string("a\xEF\xBF\xBD"
+        std::vector {OSCArgument::string("a\xEF\xBF\xBD"
                                          "b")});
 }

@@ -61,7 +61,7 @@ TEST(OSCReader, BlobSkipsItsPaddingAndFailsWhole)
 {
     const Bytes packet = hex("00000002 abcd0000 00000009 01");
     OSCReader reader(packet);
-    EXPECT_EQ(reader.readBlob(), (std::vector<std::uint8_t>{0xab, 0xcd}));
+    EXPECT_EQ(reader.readBlob(), (std::vector<std::uint8_t> {0xab, 0xcd}));
     EXPECT_EQ(reader.index, 8);
     EXPECT_FALSE(reader.readBlob().has_value());
     EXPECT_EQ(reader.index, 8);
@@ -69,7 +69,7 @@ TEST(OSCReader, BlobSkipsItsPaddingAndFailsWhole)
 
 TEST(OSCReader, EmptyPacketIsAtEnd)
 {
-    OSCReader reader(std::span<const std::uint8_t>{});
+    OSCReader reader(std::span<const std::uint8_t> {});
     EXPECT_TRUE(reader.isAtEnd());
     EXPECT_FALSE(reader.readString().has_value());
 }

@@ -9,7 +9,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date{}, 1'700'000'000.0);
+const Date base = addingSeconds(Date {}, 1'700'000'000.0);
 
 Date at(double seconds)
 {
@@ -159,7 +159,7 @@ TEST(QLabCue, JsonUsesTheFieldNamesAndLeavesOutWhatIsAbsent)
     QLabCue minimal = cue();
     minimal.startedAt = *ReferenceDate::date(700'000'000.25);
     const QJsonObject json = minimal.toJson();
-    EXPECT_EQ(json.keys(), (QStringList{"id", "isPaused", "name", "number", "startedAt", "type"}));
+    EXPECT_EQ(json.keys(), (QStringList {"id", "isPaused", "name", "number", "startedAt", "type"}));
     // Dates tick in nanoseconds, so the seconds come back within a microsecond.
     EXPECT_NEAR(json.value("startedAt").toDouble(), 700'000'000.25, 1e-6);
     EXPECT_EQ(json.value("isPaused").toBool(true), false);

@@ -6,7 +6,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date seen = addingSeconds(Date{}, 1'700'000'000.0);
+const Date seen = addingSeconds(Date {}, 1'700'000'000.0);
 
 QLabCue timecodeCue(const char* start, std::optional<std::int64_t> rateIndex)
 {
@@ -32,8 +32,8 @@ TEST(QLabCueTimecode, RateIndexOutsideQLabsRatesFallsBackToTheGivenRate)
 
 TEST(QLabCueTimecode, MissingRateIndexFallsBackToTheGivenRate)
 {
-    const auto settings =
-        timecodeSettings(timecodeCue("00:00:01:00", std::nullopt), TimecodeRate::fps24);
+    const auto settings
+        = timecodeSettings(timecodeCue("00:00:01:00", std::nullopt), TimecodeRate::fps24);
     ASSERT_TRUE(settings);
     EXPECT_EQ(settings->start, Timecode(24, TimecodeRate::fps24));
 }
@@ -123,7 +123,7 @@ TEST(QLabCueTimecode, CurrentTimecodeWithoutASampleCountsFromWhenTheCueWasSeen)
     EXPECT_EQ(now->formatted(), "01:00:04:12");
     // A date before the cue was seen does not run the timecode backwards.
     EXPECT_EQ(currentTimecode(cue, addingSeconds(seen, -4.0), TimecodeRate::fps24),
-              Timecode(1, 0, 0, 0, TimecodeRate::fps25));
+        Timecode(1, 0, 0, 0, TimecodeRate::fps25));
 }
 
 TEST(QLabCueTimecode, CurrentTimecodeRunsAtTheActualRate)

@@ -10,7 +10,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date{}, 1'700'000'000.0);
+const Date base = addingSeconds(Date {}, 1'700'000'000.0);
 
 Date at(double seconds)
 {
@@ -195,7 +195,7 @@ TEST(QLabProtocolApply, DurationWhenCurrentDurationIsUnreadable)
 TEST(QLabProtocolApply, ValuesThatAreNotAnObjectChangeNothing)
 {
     QLabCue target = cue();
-    QLabProtocol::apply(QJsonValue(QJsonArray{1, 2}), target, at(1));
+    QLabProtocol::apply(QJsonValue(QJsonArray {1, 2}), target, at(1));
     QLabProtocol::apply(std::nullopt, target, at(1));
     EXPECT_EQ(target, cue());
 }

@@ -6,7 +6,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date{}, 1'700'000'000.0);
+const Date base = addingSeconds(Date {}, 1'700'000'000.0);
 
 Date at(double seconds)
 {
@@ -45,41 +45,41 @@ QStringList ids(const std::vector<QLabCue>& cues)
 TEST(QLabProtocolGroups, CueWithoutAParentStandsForItself)
 {
     const auto shown = QLabProtocol::collapseGroups({cue("A", "Audio")}, {});
-    EXPECT_EQ(shown, std::vector{cue("A", "Audio")});
+    EXPECT_EQ(shown, std::vector {cue("A", "Audio")});
 }
 
 TEST(QLabProtocolGroups, GroupInsideAGroupYieldsTheOuterGroup)
 {
     const auto shown = QLabProtocol::collapseGroups({cue("A", "Audio", "G1")},
         known({cue("G1", "Group", "G2"), cue("G2", "Group", "L"), cue("L", "Cue List")}));
-    EXPECT_EQ(ids(shown), QStringList{"G2"});
+    EXPECT_EQ(ids(shown), QStringList {"G2"});
 }
 
 TEST(QLabProtocolGroups, ParentCycleEndsAtTheLastGroupBeforeTheRepeat)
 {
     const auto shown = QLabProtocol::collapseGroups(
         {cue("A", "Audio", "G1")}, known({cue("G1", "Group", "G2"), cue("G2", "Group", "G1")}));
-    EXPECT_EQ(ids(shown), QStringList{"G2"});
+    EXPECT_EQ(ids(shown), QStringList {"G2"});
 }
 
 TEST(QLabProtocolGroups, CueThatIsItsOwnAncestorEndsTheWalk)
 {
     const auto shown = QLabProtocol::collapseGroups(
         {cue("A", "Audio", "G1")}, known({cue("G1", "Group", "A"), cue("A", "Group", "G1")}));
-    EXPECT_EQ(ids(shown), QStringList{"G1"});
+    EXPECT_EQ(ids(shown), QStringList {"G1"});
 }
 
 TEST(QLabProtocolGroups, CueListParentLeavesTheCueAsItIs)
 {
     const QLabCue child = cue("A", "Audio", "L");
     const auto shown = QLabProtocol::collapseGroups({child}, known({cue("L", "Cue List")}));
-    EXPECT_EQ(shown, std::vector{child});
+    EXPECT_EQ(shown, std::vector {child});
 }
 
 TEST(QLabProtocolGroups, UnknownParentLeavesTheCueUntilItIsKnown)
 {
     const auto shown = QLabProtocol::collapseGroups({cue("A", "Audio", "G?")}, {});
-    EXPECT_EQ(ids(shown), QStringList{"A"});
+    EXPECT_EQ(ids(shown), QStringList {"A"});
 }
 
 TEST(QLabProtocolGroups, TwoChildrenOfAnUnrunningGroupCollapseIntoOneRow)
@@ -115,7 +115,7 @@ TEST(QLabProtocolGroups, RunningGroupStandsAsItsOwnEntry)
     const auto shown = QLabProtocol::collapseGroups(
         {cue("A", "Audio", "G", 4), group, cue("B", "Audio", "G", 0)},
         known({cue("G", "Group", std::nullopt, 99)}));
-    EXPECT_EQ(shown, std::vector{group});
+    EXPECT_EQ(shown, std::vector {group});
 }
 
 TEST(QLabProtocolGroups, RowsKeepFirstAppearanceOrder)
@@ -124,7 +124,7 @@ TEST(QLabProtocolGroups, RowsKeepFirstAppearanceOrder)
         {cue("X", "Audio"), cue("A", "Audio", "G"), cue("Y", "Video"), cue("B", "Audio", "G"),
             cue("X", "Audio")},
         known({cue("G", "Group")}));
-    EXPECT_EQ(ids(shown), (QStringList{"X", "G", "Y"}));
+    EXPECT_EQ(ids(shown), (QStringList {"X", "G", "Y"}));
 }
 
 TEST(QLabProtocolGroups, FirstOfDuplicateRunningEntriesWins)
@@ -134,7 +134,7 @@ TEST(QLabProtocolGroups, FirstOfDuplicateRunningEntriesWins)
     QLabCue second = cue("G", "Group", std::nullopt, 1);
     second.name = "second";
     const auto shown = QLabProtocol::collapseGroups({cue("A", "Audio", "G"), first, second}, {});
-    EXPECT_EQ(shown, std::vector{first});
+    EXPECT_EQ(shown, std::vector {first});
 }
 
 TEST(QLabProtocolGroups, RunningParentIsPreferredOverItsKnownCopy)

@@ -10,7 +10,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date now = addingSeconds(Date{}, 1'700'000'000.0);
+const Date now = addingSeconds(Date {}, 1'700'000'000.0);
 
 std::optional<QJsonValue> json(const char* text)
 {

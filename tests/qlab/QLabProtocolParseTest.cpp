@@ -6,7 +6,7 @@ using namespace ostrel;
 
 namespace {
 
-const Date now = addingSeconds(Date{}, 1'700'000'000.0);
+const Date now = addingSeconds(Date {}, 1'700'000'000.0);
 
 std::vector<OSCArgument> strings(std::initializer_list<const char*> texts)
 {
@@ -69,7 +69,7 @@ TEST(QLabProtocolParse, EventArgumentsOfOtherKindsAreReadAsText)
 TEST(QLabProtocolParse, StopEventYieldsTheId)
 {
     EXPECT_EQ(parse("/qlab/event/workspace/cue/stop", strings({"1", "A", "ID-1", "Audio"})),
-        QLabMessage{QLabMessage::CueStopped{"ID-1"}});
+        QLabMessage {QLabMessage::CueStopped {"ID-1"}});
 }
 
 TEST(QLabProtocolParse, EventWithThreeArgumentsIsDropped)
@@ -98,8 +98,8 @@ TEST(QLabProtocolParse, OtherEventAddressesAreNotEvents)
 
 TEST(QLabProtocolParse, WorkspaceUpdate)
 {
-    EXPECT_EQ(parse("/update/workspace/W"), QLabMessage{QLabMessage::WorkspaceUpdated{"W"}});
-    EXPECT_EQ(parse("/update/workspace/W/"), QLabMessage{QLabMessage::WorkspaceUpdated{"W"}});
+    EXPECT_EQ(parse("/update/workspace/W"), QLabMessage {QLabMessage::WorkspaceUpdated {"W"}});
+    EXPECT_EQ(parse("/update/workspace/W/"), QLabMessage {QLabMessage::WorkspaceUpdated {"W"}});
 }
 
 TEST(QLabProtocolParse, UpdateWithoutAWorkspaceIsNothing)
@@ -112,21 +112,21 @@ TEST(QLabProtocolParse, CueUpdateNeedsTheCueId)
 {
     EXPECT_FALSE(parse("/update/workspace/W/cue_id").has_value());
     EXPECT_EQ(parse("/update/workspace/W/cue_id/C-3"),
-        (QLabMessage{QLabMessage::CueUpdated{"W", "C-3"}}));
+        (QLabMessage {QLabMessage::CueUpdated {"W", "C-3"}}));
     EXPECT_EQ(parse("/update/workspace/W/cue_id/C-3/extra"),
-        (QLabMessage{QLabMessage::CueUpdated{"W", "C-3"}}));
+        (QLabMessage {QLabMessage::CueUpdated {"W", "C-3"}}));
 }
 
 TEST(QLabProtocolParse, PlaybackPositionOfACueList)
 {
     EXPECT_EQ(parse("/update/workspace/W/cueList/L/playbackPosition"),
-        QLabMessage{QLabMessage::PlaybackPositionChanged{"W"}});
+        QLabMessage {QLabMessage::PlaybackPositionChanged {"W"}});
     EXPECT_FALSE(parse("/update/workspace/W/cueList/L").has_value());
 }
 
 TEST(QLabProtocolParse, DisconnectOfAWorkspace)
 {
-    EXPECT_EQ(parse("/update/workspace/W/disconnect"), QLabMessage{QLabMessage::Disconnect{"W"}});
+    EXPECT_EQ(parse("/update/workspace/W/disconnect"), QLabMessage {QLabMessage::Disconnect {"W"}});
 }
 
 TEST(QLabProtocolParse, OtherUpdatesAndAddressesAreNothing)

@@ -31,7 +31,7 @@ TEST(QLabProtocolReply, ReadsAddressWorkspaceStatusAndData)
     EXPECT_EQ(parsed->workspaceID, "W");
     EXPECT_EQ(parsed->status, "ok");
     EXPECT_TRUE(parsed->isOK());
-    EXPECT_EQ(parsed->data, QJsonValue(QJsonArray{QJsonObject{{"uniqueID", "1"}}}));
+    EXPECT_EQ(parsed->data, QJsonValue(QJsonArray {QJsonObject {{"uniqueID", "1"}}}));
 }
 
 TEST(QLabProtocolReply, TopLevelListIsDropped)
@@ -86,7 +86,7 @@ TEST(QLabProtocolReply, FirstArgumentWithTextIsRead)
 
 TEST(QLabProtocolReply, ReplyWithoutTextIsDropped)
 {
-    EXPECT_FALSE(reply("/reply/x", std::vector<OSCArgument>{}).has_value());
+    EXPECT_FALSE(reply("/reply/x", std::vector<OSCArgument> {}).has_value());
     EXPECT_FALSE(
         reply("/reply/x", {OSCArgument::boolean(true), OSCArgument::blob({})}).has_value());
 }

@@ -33,7 +33,7 @@ TEST(QLabProtocolRequests, SubscribeToUpdatesSendsIntOne)
 
 TEST(QLabProtocolRequests, ListenForEachEvent)
 {
-    ASSERT_EQ(QLabProtocol::listenedEvents, (QStringList{"cue/start", "cue/stop"}));
+    ASSERT_EQ(QLabProtocol::listenedEvents, (QStringList {"cue/start", "cue/stop"}));
     EXPECT_EQ(QLabProtocol::listen("W", "cue/start"), message("/workspace/W/listen/cue/start"));
     EXPECT_EQ(QLabProtocol::listen("W", "cue/stop"), message("/workspace/W/listen/cue/stop"));
 }
@@ -73,13 +73,13 @@ TEST(QLabProtocolRequests, IdsGoIntoTheAddressAsTheyStand)
 TEST(QLabProtocolRequests, KeyListsAreTheOnesQLabKnows)
 {
     EXPECT_EQ(QLabProtocol::cueValueKeys,
-        (QStringList{"number", "name", "type", "parent", "isPaused", "actionElapsed",
+        (QStringList {"number", "name", "type", "parent", "isPaused", "actionElapsed",
             "currentDuration", "duration"}));
     EXPECT_EQ(QLabProtocol::timecodeKeys,
-        (QStringList{"displayName", "startTime", "framerate", "outputType"}));
+        (QStringList {"displayName", "startTime", "framerate", "outputType"}));
     EXPECT_EQ(
-        QLabProtocol::timecodePropertyKeys, (QStringList{"startTime", "framerate", "outputType"}));
-    EXPECT_EQ(QLabProtocol::ignoredCueTypes, (QSet<QString>{"Cue List", "Cart"}));
+        QLabProtocol::timecodePropertyKeys, (QStringList {"startTime", "framerate", "outputType"}));
+    EXPECT_EQ(QLabProtocol::ignoredCueTypes, (QSet<QString> {"Cue List", "Cart"}));
 }
 
 TEST(QLabProtocolRequests, UpdatesEncodesToTheBytesQLabExpects)

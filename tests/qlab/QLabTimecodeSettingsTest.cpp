@@ -37,5 +37,5 @@ TEST(QLabTimecodeSettings, EqualityComparesStartAndOutputType)
     EXPECT_EQ(settings(0), settings(0));
     EXPECT_NE(settings(0), settings(1));
     EXPECT_NE(settings(0), settings(std::nullopt));
-    EXPECT_NE(settings(0), (QLabTimecodeSettings{Timecode(1, 0, 0, 1, TimecodeRate::fps25), 0}));
+    EXPECT_NE(settings(0), (QLabTimecodeSettings {Timecode(1, 0, 0, 1, TimecodeRate::fps25), 0}));
 }

@@ -20,8 +20,8 @@ TEST(QLabValueRules, TextOfAStringNumberOrAnythingElse)
     EXPECT_EQ(QLabValueRules::text(QJsonValue(true)), "1");
     EXPECT_EQ(QLabValueRules::text(QJsonValue(QJsonValue::Null)), "");
     EXPECT_EQ(QLabValueRules::text(QJsonValue()), "");
-    EXPECT_EQ(QLabValueRules::text(QJsonValue(QJsonArray{1})), "");
-    EXPECT_EQ(QLabValueRules::text(QJsonValue(QJsonObject{})), "");
+    EXPECT_EQ(QLabValueRules::text(QJsonValue(QJsonArray {1})), "");
+    EXPECT_EQ(QLabValueRules::text(QJsonValue(QJsonObject {})), "");
 }
 
 TEST(QLabValueRules, NumberFromANumberOrAStrictlyParsedString)
@@ -38,7 +38,7 @@ TEST(QLabValueRules, NumberFromANumberOrAStrictlyParsedString)
     EXPECT_FALSE(QLabValueRules::number(QJsonValue("+-2")).has_value());
     EXPECT_FALSE(QLabValueRules::number(QJsonValue("++2")).has_value());
     EXPECT_FALSE(QLabValueRules::number(QJsonValue(QJsonValue::Null)).has_value());
-    EXPECT_FALSE(QLabValueRules::number(QJsonValue(QJsonArray{1})).has_value());
+    EXPECT_FALSE(QLabValueRules::number(QJsonValue(QJsonArray {1})).has_value());
 }
 
 TEST(QLabValueRules, NumberThatIsNotFiniteIsAbsent)
@@ -61,7 +61,7 @@ TEST(QLabValueRules, BooleanFromNumbersAndAFewWords)
     EXPECT_EQ(QLabValueRules::boolean(QJsonValue(0.5)), true);
     EXPECT_EQ(QLabValueRules::boolean(QJsonValue(0)), false);
     EXPECT_EQ(QLabValueRules::boolean(QJsonValue(true)), true);
-    EXPECT_FALSE(QLabValueRules::boolean(QJsonValue(QJsonArray{})).has_value());
+    EXPECT_FALSE(QLabValueRules::boolean(QJsonValue(QJsonArray {})).has_value());
     EXPECT_FALSE(QLabValueRules::boolean(QJsonValue()).has_value());
 }
 

@@ -26,13 +26,13 @@ TEST(SLIPDecoder, EscapeSplitAcrossChunksSurvivesUntilEnd)
     EXPECT_TRUE(decoder.isEscaping);
     EXPECT_TRUE(decoder.feed(hex("dc 62")).empty());
     EXPECT_EQ(decoder.buffer, hex("61 c0 62"));
-    EXPECT_EQ(decoder.feed(hex("c0")), Packets{hex("61 c0 62")});
+    EXPECT_EQ(decoder.feed(hex("c0")), Packets {hex("61 c0 62")});
 }
 
 TEST(SLIPDecoder, EscEscBecomesEsc)
 {
     SLIPDecoder decoder;
-    EXPECT_EQ(decoder.feed(hex("01 db dd 02 c0")), Packets{hex("01 db 02")});
+    EXPECT_EQ(decoder.feed(hex("01 db dd 02 c0")), Packets {hex("01 db 02")});
 }
 
 TEST(SLIPDecoder, StrayEscIsSwallowedAndTheByteKept)
@@ -53,7 +53,7 @@ TEST(SLIPDecoder, EscapedEndDoesNotCloseTheFrame)
 TEST(SLIPDecoder, SeveralFramesInOneChunkComeInStreamOrder)
 {
     SLIPDecoder decoder;
-    EXPECT_EQ(decoder.feed(hex("c0 01 c0 02 03 c0 c0 04")), (Packets{hex("01"), hex("02 03")}));
+    EXPECT_EQ(decoder.feed(hex("c0 01 c0 02 03 c0 c0 04")), (Packets {hex("01"), hex("02 03")}));
     EXPECT_EQ(decoder.buffer, hex("04"));
 }
 
@@ -67,12 +67,12 @@ TEST(SLIPDecoder, FrameFedByteByByteArrivesOnce)
         for (auto& packet : decoder.feed(std::span(&byte, 1)))
             packets.push_back(std::move(packet));
     }
-    EXPECT_EQ(packets, Packets{payload});
+    EXPECT_EQ(packets, Packets {payload});
 }
 
 TEST(SLIPDecoder, EncodedFramesDecodeToTheirPayloads)
 {
-    const Packets payloads{ascii("/workspaces"), hex("c0"), hex("db"), hex("dbdc c0c0 dd")};
+    const Packets payloads {ascii("/workspaces"), hex("c0"), hex("db"), hex("dbdc c0c0 dd")};
     Bytes stream;
     for (const auto& payload : payloads) {
         const auto frame = SLIP::encode(payload);
@@ -89,7 +89,7 @@ TEST(SLIPDecoder, ResetForgetsAHalfFrameAndAPendingEscape)
     decoder.reset();
     EXPECT_TRUE(decoder.buffer.empty());
     EXPECT_FALSE(decoder.isEscaping);
-    EXPECT_EQ(decoder.feed(hex("dc c0")), Packets{hex("dc")});
+    EXPECT_EQ(decoder.feed(hex("dc c0")), Packets {hex("dc")});
 }
 
 TEST(SLIPDecoder, ChunkLeavingOneByteOverTheLimitDropsTheFrame)
@@ -118,7 +118,7 @@ TEST(SLIPDecoder, FrameFinishedInsideTheChunkIsDeliveredHoweverLong)
     SLIPDecoder decoder;
     decoder.maximumPacketSize = 4;
     const auto packets = decoder.feed(hex("01020304050607 c0 0809"));
-    EXPECT_EQ(packets, Packets{hex("01020304050607")});
+    EXPECT_EQ(packets, Packets {hex("01020304050607")});
     EXPECT_EQ(decoder.buffer, hex("0809"));
 }
 
@@ -142,7 +142,7 @@ TEST(SLIPDecoder, RestOfADroppedFrameArrivesAsAFrameThatIsNotOSC)
     decoder.feed(ascii("/long/address/"));
     EXPECT_TRUE(decoder.buffer.empty());
     const auto packets = decoder.feed(hex("6100 c0"));
-    ASSERT_EQ(packets, Packets{hex("6100")});
+    ASSERT_EQ(packets, Packets {hex("6100")});
     EXPECT_FALSE(OSCMessage::decoding(packets[0]).has_value());
 }
 

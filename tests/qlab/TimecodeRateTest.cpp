@@ -14,7 +14,7 @@ TEST(TimecodeRate, RawValuesAreQLabsIndicesAndRoundTrip)
         seen.insert(raw);
         EXPECT_EQ(TimecodeRates::fromRawValue(raw), rate);
     }
-    EXPECT_EQ(seen, (std::set<int>{0, 1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(seen, (std::set<int> {0, 1, 2, 3, 4, 5, 6, 7}));
     EXPECT_EQ(TimecodeRates::fromRawValue(3), TimecodeRate::fps30Drop);
     EXPECT_EQ(TimecodeRates::fromRawValue(7), TimecodeRate::fps2997Drop);
 }

@@ -33,8 +33,8 @@ TEST(TimecodeRoundTrip, EveryLabelOfTheFirstHourComesBackFromItsFrame)
                 for (int frames = 0; frames < nominal; ++frames) {
                     if (!isLabelled(rate, minutes, seconds, frames)) continue;
                     const Timecode timecode(0, minutes, seconds, frames, rate);
-                    ASSERT_EQ(timecode.components(),
-                              (Timecode::Components{0, minutes, seconds, frames}))
+                    ASSERT_EQ(
+                        timecode.components(), (Timecode::Components {0, minutes, seconds, frames}))
                         << TimecodeRates::title(rate) << " " << label(0, minutes, seconds, frames);
                     // Labels in order are consecutive frames, with nothing left out.
                     ASSERT_EQ(timecode.frame(), previous + 1)
@@ -50,10 +50,10 @@ TEST(TimecodeRoundTrip, EveryMinuteBoundaryOfTheFirstHourAtDropRates)
         for (int minutes = 1; minutes < 60; ++minutes) {
             const int first = minutes % 10 == 0 ? 0 : 2;
             const Timecode start(0, minutes, 0, first, rate);
-            EXPECT_EQ(start.components(), (Timecode::Components{0, minutes, 0, first}))
+            EXPECT_EQ(start.components(), (Timecode::Components {0, minutes, 0, first}))
                 << TimecodeRates::title(rate) << " minute " << minutes;
             const Timecode before(start.frame() - 1, rate);
-            EXPECT_EQ(before.components(), (Timecode::Components{0, minutes - 1, 59, 29}))
+            EXPECT_EQ(before.components(), (Timecode::Components {0, minutes - 1, 59, 29}))
                 << TimecodeRates::title(rate) << " minute " << minutes;
         }
     }
@@ -70,7 +70,7 @@ TEST(TimecodeRoundTrip, LabelsAcrossTheDayComeBackFromTheirFrames)
                         if (!isLabelled(rate, minutes, seconds, frames)) continue;
                         const Timecode timecode(hours, minutes, seconds, frames, rate);
                         EXPECT_EQ(timecode.components(),
-                                  (Timecode::Components{hours, minutes, seconds, frames}))
+                            (Timecode::Components {hours, minutes, seconds, frames}))
                             << TimecodeRates::title(rate) << " "
                             << label(hours, minutes, seconds, frames);
                     }

@@ -182,8 +182,7 @@ TEST(Timecode, FrameCountsBeyondADayWrap)
     const auto day = Timecode::frameCountPerDay(TimecodeRate::fps2997Drop);
     EXPECT_EQ(Timecode(day, TimecodeRate::fps2997Drop).frame(), 0);
     EXPECT_EQ(Timecode(3 * day + 7, TimecodeRate::fps2997Drop).frame(), 7);
-    EXPECT_EQ(Timecode(INT64_MIN, TimecodeRate::fps25).frame(),
-              INT64_MIN % 2'160'000 + 2'160'000);
+    EXPECT_EQ(Timecode(INT64_MIN, TimecodeRate::fps25).frame(), INT64_MIN % 2'160'000 + 2'160'000);
 }
 
 TEST(Timecode, DropRatesLoseEighteenFramesEveryTenMinutes)

@@ -56,7 +56,8 @@ TEST(DiskSessionFiles, AWriteReplacesTheWholeFileAndLeavesNoTemporaryBehind)
     ASSERT_TRUE(files.write(path, QByteArray(4096, 'a')));
     ASSERT_TRUE(files.write(path, "short"));
     EXPECT_EQ(contents(path), "short");
-    EXPECT_EQ(QDir(temporary.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"session.json"});
+    EXPECT_EQ(
+        QDir(temporary.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"session.json"});
 }
 
 TEST(DiskSessionFiles, AWriteIntoAMissingFolderFailsAndCreatesNothing)

@@ -6,10 +6,10 @@
 #include <QTemporaryDir>
 
 #include "recording/RecordingFile.h"
+#include "recording/RecordingSignals.h"
 #include "recording/SessionRecorder.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
-#include "recording/RecordingSignals.h"
 
 using namespace ostrel;
 using namespace ostrel::recording_test;

@@ -9,11 +9,11 @@
 
 #include <sys/wait.h>
 
+#include "recording/ChildProcess.h"
 #include "recording/RecordingFile.h"
+#include "recording/RecordingSignals.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
-#include "recording/ChildProcess.h"
-#include "recording/RecordingSignals.h"
 
 using namespace ostrel;
 using namespace ostrel::recording_test;

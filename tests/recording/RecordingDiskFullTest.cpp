@@ -7,11 +7,11 @@
 
 #include <sys/wait.h>
 
+#include "recording/ChildProcess.h"
 #include "recording/RecordingFile.h"
+#include "recording/RecordingSignals.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
-#include "recording/ChildProcess.h"
-#include "recording/RecordingSignals.h"
 
 using namespace ostrel;
 using namespace ostrel::recording_test;
@@ -72,8 +72,7 @@ TEST(RecordingDiskFull, AFailedMeasurementsFileSetsItsFlagWhileTheAudioGoesOn)
     EXPECT_EQ(run->log.front().rfind("ostrel.recording: Measurement recording stopped: ", 0), 0u)
         << run->log.front();
 
-    const auto frames
-        = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
+    const auto frames = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
     ASSERT_TRUE(frames.has_value());
     const qsizetype fit = (limit - 32) / static_cast<qsizetype>(RecordingFormat::frameSize);
     EXPECT_EQ(frames->count(), fit) << "every whole frame that fitted, and the cut one ignored";
@@ -101,8 +100,7 @@ TEST(RecordingDiskFull, AFailedAudioFileSetsItsFlagWhileTheMeasurementsGoOn)
     EXPECT_EQ(run->log.front().rfind("ostrel.recording: Audio recording stopped: ", 0), 0u)
         << run->log.front();
 
-    const auto frames
-        = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
+    const auto frames = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
     ASSERT_TRUE(frames.has_value());
     ASSERT_EQ(frames->count(), 20);
     for (qsizetype i = 0; i < frames->count(); ++i) {

@@ -5,9 +5,9 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include "recording/RecordingSignals.h"
 #include "recording/SessionRecorder.h"
 #include "sessions/RecordingFormat.h"
-#include "recording/RecordingSignals.h"
 
 using namespace ostrel;
 using namespace ostrel::recording_test;

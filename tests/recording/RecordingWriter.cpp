@@ -17,8 +17,8 @@
 
 #include <sys/resource.h>
 
-#include "sessions/RecordingFormat.h"
 #include "recording/RecordingSignals.h"
+#include "sessions/RecordingFormat.h"
 
 using namespace ostrel;
 using namespace ostrel::recording_test;

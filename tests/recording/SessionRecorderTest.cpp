@@ -5,12 +5,12 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include "recording/RecordingFile.h"
 #include "measurement/MeasurementPipeline.h"
+#include "recording/RecordingFile.h"
+#include "recording/RecordingSignals.h"
 #include "recording/SessionRecorder.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
-#include "recording/RecordingSignals.h"
 #include "support/AllocationCounter.h"
 
 using namespace ostrel;

@@ -3,8 +3,8 @@
 #include <numeric>
 #include <thread>
 
-#include "sessions/RecorderQueue.h"
 #include "SessionSamples.h"
+#include "sessions/RecorderQueue.h"
 
 using namespace ostrel;
 
@@ -33,8 +33,8 @@ TEST(RecorderQueue, KeepsAppendOrderWhenBlocksSpillOverTheRing)
 {
     RecorderQueue queue({100, 4});
     for (int i = 0; i < 10; ++i) {
-        queue.push(filled(30, static_cast<float>(i)), 48000.0 + i, std::nullopt,
-            sessions_test::showStart);
+        queue.push(
+            filled(30, static_cast<float>(i)), 48000.0 + i, std::nullopt, sessions_test::showStart);
     }
     EXPECT_GT(queue.overflowCount(), 0u);
     int next = 0;

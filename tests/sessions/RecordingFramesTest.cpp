@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
 #include "sessions/SessionSamples.h"

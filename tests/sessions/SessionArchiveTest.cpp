@@ -3,8 +3,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "sessions/SessionArchive.h"
 #include "sessions/MemorySessionFiles.h"
+#include "sessions/SessionArchive.h"
 #include "sessions/SessionSamples.h"
 
 using namespace ostrel;
@@ -202,7 +202,7 @@ TEST(SessionArchive, MissingOrUnreadableFileYieldsNothing)
 {
     MemorySessionFiles files;
     EXPECT_FALSE(SessionArchive::load("/missing.json", files).has_value());
-    ASSERT_TRUE(
-        files.write("/cut.json", SessionArchive::encode(sampleSession("Evening", at(0.0))).left(40)));
+    ASSERT_TRUE(files.write(
+        "/cut.json", SessionArchive::encode(sampleSession("Evening", at(0.0))).left(40)));
     EXPECT_FALSE(SessionArchive::load("/cut.json", files).has_value());
 }

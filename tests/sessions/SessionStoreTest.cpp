@@ -28,10 +28,7 @@ protected:
             store.ingest(interval(level, samples), at(static_cast<double>(tenth) / 10.0));
     }
 
-    QStringList savedFiles() const
-    {
-        return files->filesIn("/Sessions");
-    }
+    QStringList savedFiles() const { return files->filesIn("/Sessions"); }
 };
 
 } // namespace
@@ -95,8 +92,8 @@ TEST_F(SessionStoreTest, ACueStillRunningAtTheEndIsSavedEndedButStaysOpenAndOutO
     EXPECT_EQ(store.history().front().cueID, "A");
     EXPECT_NE(store.tracker().activeRecord("B"), nullptr);
 
-    const auto saved = SessionArchive::load(
-        "/Sessions/" + SessionArchive::baseName(at(0)) + ".json", *files);
+    const auto saved
+        = SessionArchive::load("/Sessions/" + SessionArchive::baseName(at(0)) + ".json", *files);
     ASSERT_TRUE(saved);
     EXPECT_EQ(*saved, *session);
 }

@@ -2,8 +2,8 @@
 
 #include <QJsonArray>
 
-#include "sessions/ShowSession.h"
 #include "sessions/SessionSamples.h"
+#include "sessions/ShowSession.h"
 
 using namespace ostrel;
 using namespace ostrel::sessions_test;

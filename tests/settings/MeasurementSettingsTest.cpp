@@ -49,8 +49,7 @@ TEST_F(MeasurementSettingsTest, MeterSettingReadsLetterAndResponse)
     MeasurementSettings measurement(open());
     EXPECT_EQ(measurement.meterSetting(), "A / Fast");
     int notified = 0;
-    QObject::connect(
-        &measurement, &MeasurementSettings::meterSettingChanged, [&] { ++notified; });
+    QObject::connect(&measurement, &MeasurementSettings::meterSettingChanged, [&] { ++notified; });
     measurement.setWeighting(FrequencyWeighting::c);
     measurement.setResponse(TimeWeighting::slow);
     EXPECT_EQ(measurement.meterSetting(), "C / Slow");

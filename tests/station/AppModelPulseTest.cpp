@@ -38,7 +38,7 @@ private slots:
         store.setValue("weighting", "A");
         store.sync();
         AppModel model(AppModel::Mode::live, std::make_unique<AppSettings>(store),
-                       std::make_unique<QtAudioCaptureBackend>());
+            std::make_unique<QtAudioCaptureBackend>());
         QTRY_COMPARE_WITH_TIMEOUT(model.audio().status(), AudioInput::Status::running, 5000);
         // A second after the first reading the Fast detector has settled on the tone.
         QTRY_VERIFY_WITH_TIMEOUT(model.meter().level().has_value(), 5000);

@@ -96,7 +96,8 @@ private slots:
         model->settings().measurement().setMicrophoneCorrection(
             MicrophoneCorrection("MM-1 #2241", {{20.0, 1.0}, {1000.0, 0.0}, {20000.0, -2.0}}));
         model->settings().sessions().setRecordsLevelHistory(false);
-        QTRY_COMPARE(model->sessions().meterSetting(), model->settings().measurement().meterSetting());
+        QTRY_COMPARE(
+            model->sessions().meterSetting(), model->settings().measurement().meterSetting());
         QVERIFY(model->sessions().meterSetting().startsWith(QLatin1Char('C')));
         QTRY_COMPARE(model->sessions().microphoneCorrectionName(),
             std::optional<QString>(QStringLiteral("MM-1 #2241")));

@@ -8,15 +8,14 @@
 
 namespace ostrel::testsignals {
 
-inline std::vector<float> sine(double frequency, double amplitude, double sampleRate,
-                               std::size_t count, double phase = 0.0)
+inline std::vector<float> sine(
+    double frequency, double amplitude, double sampleRate, std::size_t count, double phase = 0.0)
 {
     std::vector<float> samples(count);
     for (std::size_t i = 0; i < count; ++i) {
-        samples[i] = static_cast<float>(
-            amplitude
-            * std::sin(2.0 * std::numbers::pi * frequency * static_cast<double>(i) / sampleRate
-                       + phase));
+        samples[i] = static_cast<float>(amplitude
+            * std::sin(
+                2.0 * std::numbers::pi * frequency * static_cast<double>(i) / sampleRate + phase));
     }
     return samples;
 }

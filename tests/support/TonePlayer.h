@@ -16,9 +16,9 @@ public:
     {
         const QString tone = folder_.filePath("tone.wav");
         QProcess generator;
-        generator.start(toneTool, {"--frequency", "1000", "--amplitude", QString::number(amplitude),
-                                   "--seconds", QString::number(seconds), "--rate", "48000",
-                                   "--output", tone});
+        generator.start(toneTool,
+            {"--frequency", "1000", "--amplitude", QString::number(amplitude), "--seconds",
+                QString::number(seconds), "--rate", "48000", "--output", tone});
         if (!generator.waitForFinished(20000) || generator.exitCode() != 0)
             return "ostrel-tone failed: " + QString::fromUtf8(generator.readAllStandardError());
         player_.start("paplay", {"--latency-msec=1000", "--device=testsink", tone});

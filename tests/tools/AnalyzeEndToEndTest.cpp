@@ -42,7 +42,8 @@ std::vector<std::string> lines(const std::string& text)
 {
     std::vector<std::string> result;
     std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) result.push_back(line);
+    for (std::string line; std::getline(in, line);)
+        result.push_back(line);
     return result;
 }
 
@@ -60,10 +61,9 @@ CsvOutput parseCsv(const std::string& text)
         }
         EXPECT_TRUE(output.comments.empty()) << "a row after the summary: " << line;
         Row row;
-        std::array<char, 8> clipped{};
+        std::array<char, 8> clipped {};
         const int fields = std::sscanf(line.c_str(), "%lf,%lf,%lf,%lf,%lf,%lf,%7s", &row.time,
-                                       &row.level, &row.leq, &row.peak, &row.max, &row.rawDBFS,
-                                       clipped.data());
+            &row.level, &row.leq, &row.peak, &row.max, &row.rawDBFS, clipped.data());
         EXPECT_EQ(fields, 7) << line;
         EXPECT_TRUE(std::string(clipped.data()) == "true" || std::string(clipped.data()) == "false")
             << line;
@@ -86,7 +86,7 @@ std::optional<double> summaryValue(const CsvOutput& output, const std::string& k
 }
 
 std::filesystem::path writeToneWav(const std::string& name, WavEncoding encoding,
-                                   std::size_t frames = 3 * rate, int sampleRate = rate)
+    std::size_t frames = 3 * rate, int sampleRate = rate)
 {
     const auto path = fixturePath(name);
     writeWav(path, sine(1000.0, toneAmplitude, sampleRate, frames), 1, sampleRate, encoding);
@@ -114,7 +114,7 @@ std::string oneLine(const std::string& text)
 
 struct Codec {
     std::string name;
-    std::string muxer;   // empty for our own WAV writer
+    std::string muxer; // empty for our own WAV writer
     std::string encoder; // or the WAV encoding: "pcm16", "float32"
     double tolerance;
     std::int64_t bitRate = 0;
@@ -127,22 +127,23 @@ void PrintTo(const Codec& codec, std::ostream* out)
 
 std::filesystem::path writeToneFile(const Codec& codec)
 {
-    const std::string extension = codec.muxer.empty()       ? "wav"
-                                  : codec.muxer == "adts" ? "aac"
-                                                          : codec.muxer;
+    const std::string extension = codec.muxer.empty() ? "wav"
+        : codec.muxer == "adts"                       ? "aac"
+                                                      : codec.muxer;
     const auto path = fixturePath("tone-" + codec.name + "." + extension);
     const auto samples = sine(1000.0, toneAmplitude, rate, 3 * rate);
     if (codec.muxer.empty()) {
         writeWav(path, samples, 1, rate,
-                 codec.encoder == "pcm16" ? WavEncoding::pcm16 : WavEncoding::float32);
+            codec.encoder == "pcm16" ? WavEncoding::pcm16 : WavEncoding::float32);
     } else {
-        const auto error = encodeFile(path, codec.muxer, codec.encoder, samples, 1, rate, codec.bitRate);
+        const auto error
+            = encodeFile(path, codec.muxer, codec.encoder, samples, 1, rate, codec.bitRate);
         EXPECT_EQ(error, std::nullopt);
     }
     return path;
 }
 
-class AnalyzeCodecTest : public ::testing::TestWithParam<Codec> {};
+class AnalyzeCodecTest : public ::testing::TestWithParam<Codec> { };
 
 } // namespace
 
@@ -170,12 +171,11 @@ TEST_P(AnalyzeCodecTest, SineReadsItsLevelUnweighted)
     EXPECT_NEAR(*leq, sineLevel(toneAmplitude), codec.tolerance);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Formats, AnalyzeCodecTest,
-    ::testing::Values(Codec{"wav16", "", "pcm16", 0.01}, Codec{"wavfloat", "", "float32", 0.01},
-                      Codec{"flac", "flac", "flac", 0.01}, Codec{"aac", "adts", "aac", 0.1, 128000},
-                      // LAME trims a pure tone by about half a dB below 320 kbit/s.
-                      Codec{"mp3", "mp3", "libmp3lame", 0.1, 320000}),
+INSTANTIATE_TEST_SUITE_P(Formats, AnalyzeCodecTest,
+    ::testing::Values(Codec {"wav16", "", "pcm16", 0.01}, Codec {"wavfloat", "", "float32", 0.01},
+        Codec {"flac", "flac", "flac", 0.01}, Codec {"aac", "adts", "aac", 0.1, 128000},
+        // LAME trims a pure tone by about half a dB below 320 kbit/s.
+        Codec {"mp3", "mp3", "libmp3lame", 0.1, 320000}),
     [](const ::testing::TestParamInfo<Codec>& test) { return test.param.name; });
 
 TEST(AnalyzeEndToEndTest, AAndCWeightingLeaveOneKilohertzAlone)
@@ -210,8 +210,8 @@ TEST(AnalyzeEndToEndTest, OffsetShiftsLevelsButNotRawDBFS)
 {
     const auto path = writeToneWav("tone.wav", WavEncoding::float32);
     const auto plain = parseCsv(runAnalyzer({path.string(), "--weighting", "Z"}).out);
-    const auto calibrated =
-        parseCsv(runAnalyzer({path.string(), "--weighting", "Z", "--offset", "94.5"}).out);
+    const auto calibrated
+        = parseCsv(runAnalyzer({path.string(), "--weighting", "Z", "--offset", "94.5"}).out);
     ASSERT_EQ(plain.rows.size(), calibrated.rows.size());
     ASSERT_FALSE(plain.rows.empty());
     for (std::size_t index = 0; index < plain.rows.size(); ++index) {
@@ -237,8 +237,8 @@ TEST(AnalyzeEndToEndTest, StandardInputReadsWav)
 {
     const auto path = writeToneWav("tone.wav", WavEncoding::pcm16);
     const auto fromFile = runAnalyzer({path.string(), "--weighting", "Z", "--summary"});
-    const auto fromPipe =
-        runAnalyzer({"-", "--weighting", "Z", "--summary"}, {.standardInput = path});
+    const auto fromPipe
+        = runAnalyzer({"-", "--weighting", "Z", "--summary"}, {.standardInput = path});
     ASSERT_EQ(fromPipe.exitStatus, 0) << fromPipe.err;
     EXPECT_EQ(fromPipe.err, "");
     expectSettledLevel(parseCsv(fromPipe.out), sineLevel(toneAmplitude), 0.01);
@@ -284,8 +284,8 @@ TEST(AnalyzeEndToEndTest, MissingFileIsAnError)
     const auto run = runAnalyzer({path.string()});
     EXPECT_EQ(run.exitStatus, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(oneLine(run.err), "ostrel-analyze: cannot read \"" + path.string()
-                                    + "\": No such file or directory\n");
+    EXPECT_EQ(oneLine(run.err),
+        "ostrel-analyze: cannot read \"" + path.string() + "\": No such file or directory\n");
 }
 
 TEST(AnalyzeEndToEndTest, RandomBytesAreAnError)
@@ -293,7 +293,8 @@ TEST(AnalyzeEndToEndTest, RandomBytesAreAnError)
     const auto path = fixturePath("garbage.wav");
     std::mt19937 random(7);
     std::ofstream out(path, std::ios::binary);
-    for (int index = 0; index < 200000; ++index) out.put(static_cast<char>(random() & 0xff));
+    for (int index = 0; index < 200000; ++index)
+        out.put(static_cast<char>(random() & 0xff));
     out.close();
 
     const auto run = runAnalyzer({path.string(), "--summary"});
@@ -307,10 +308,10 @@ TEST(AnalyzeEndToEndTest, BadOptionsAreErrorsBeforeAnyOutput)
 {
     const auto path = writeToneWav("tone.wav", WavEncoding::pcm16);
     for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{path.string(), "--weighting", "B"},
-          std::vector<std::string>{path.string(), "--offset", "loud"},
-          std::vector<std::string>{path.string(), "--frobnicate"},
-          std::vector<std::string>{path.string(), "--format"}, std::vector<std::string>{}}) {
+        {std::vector<std::string> {path.string(), "--weighting", "B"},
+            std::vector<std::string> {path.string(), "--offset", "loud"},
+            std::vector<std::string> {path.string(), "--frobnicate"},
+            std::vector<std::string> {path.string(), "--format"}, std::vector<std::string> {}}) {
         const auto run = runAnalyzer(arguments);
         EXPECT_EQ(run.exitStatus, 2);
         EXPECT_EQ(run.out, "");
@@ -331,8 +332,8 @@ TEST(AnalyzeEndToEndTest, OnlyWholeIntervalsAreReported)
     for (const int sampleRate : {48000, 44100}) {
         const std::size_t interval = static_cast<std::size_t>(sampleRate / 10);
         const std::size_t frames = 23 * interval + interval / 3;
-        const auto path = writeToneWav("odd" + std::to_string(sampleRate) + ".wav",
-                                       WavEncoding::pcm16, frames, sampleRate);
+        const auto path = writeToneWav(
+            "odd" + std::to_string(sampleRate) + ".wav", WavEncoding::pcm16, frames, sampleRate);
         const auto run = runAnalyzer({path.string(), "--summary"});
         ASSERT_EQ(run.exitStatus, 0) << run.err;
         const auto output = parseCsv(run.out);
@@ -354,8 +355,9 @@ TEST(AnalyzeEndToEndTest, FileShorterThanAnIntervalHasNoRows)
     const auto path = writeToneWav("short.wav", WavEncoding::pcm16, 4799);
     const auto run = runAnalyzer({path.string(), "--summary"});
     ASSERT_EQ(run.exitStatus, 0) << run.err;
-    EXPECT_EQ(run.out, "time,level,leq,peak,max,rawDBFS,clipped\n"
-                       "# summary leq=none peak=none max=none duration=0.000\n");
+    EXPECT_EQ(run.out,
+        "time,level,leq,peak,max,rawDBFS,clipped\n"
+        "# summary leq=none peak=none max=none duration=0.000\n");
 }
 
 TEST(AnalyzeEndToEndTest, JsonlCarriesTheSameNumbersAsCsv)
@@ -368,9 +370,9 @@ TEST(AnalyzeEndToEndTest, JsonlCarriesTheSameNumbersAsCsv)
     ASSERT_EQ(jsonLines.size(), csv.rows.size() + 1);
 
     for (std::size_t index = 0; index < csv.rows.size(); ++index) {
-        QJsonParseError error{};
-        const auto document = QJsonDocument::fromJson(QByteArray::fromStdString(jsonLines[index]),
-                                                      &error);
+        QJsonParseError error {};
+        const auto document
+            = QJsonDocument::fromJson(QByteArray::fromStdString(jsonLines[index]), &error);
         ASSERT_EQ(error.error, QJsonParseError::NoError) << jsonLines[index];
         const QJsonObject row = document.object();
         EXPECT_EQ(row.size(), 7);
@@ -385,7 +387,7 @@ TEST(AnalyzeEndToEndTest, JsonlCarriesTheSameNumbersAsCsv)
         EXPECT_EQ(row["clipped"].toBool(), expected.clipped);
     }
 
-    QJsonParseError error{};
+    QJsonParseError error {};
     const auto last = QJsonDocument::fromJson(QByteArray::fromStdString(jsonLines.back()), &error);
     ASSERT_EQ(error.error, QJsonParseError::NoError) << jsonLines.back();
     const QJsonObject summary = last.object()["summary"].toObject();
@@ -402,7 +404,8 @@ TEST(AnalyzeEndToEndTest, ClippingIsFlagged)
     const auto loud = parseCsv(runAnalyzer({path.string()}).out);
     ASSERT_FALSE(loud.rows.empty());
     EXPECT_TRUE(loud.rows.back().clipped);
-    const auto quiet = parseCsv(runAnalyzer({writeToneWav("tone.wav", WavEncoding::float32).string()}).out);
+    const auto quiet
+        = parseCsv(runAnalyzer({writeToneWav("tone.wav", WavEncoding::float32).string()}).out);
     ASSERT_FALSE(quiet.rows.empty());
     EXPECT_FALSE(quiet.rows.back().clipped);
 }
@@ -416,7 +419,8 @@ TEST(AnalyzeEndToEndTest, LongFileShowsProgressOnlyOnATerminal)
     ASSERT_EQ(logged.exitStatus, 0);
     EXPECT_EQ(logged.err, "");
 
-    const auto watched = runAnalyzer({path.string()}, {.standardInput = std::nullopt, .standardErrorOnTerminal = true});
+    const auto watched = runAnalyzer(
+        {path.string()}, {.standardInput = std::nullopt, .standardErrorOnTerminal = true});
     ASSERT_EQ(watched.exitStatus, 0);
     EXPECT_EQ(watched.out, logged.out);
     EXPECT_NE(watched.err.find("\rostrel-analyze: 50%"), std::string::npos) << watched.err;
@@ -433,7 +437,8 @@ TEST(AnalyzeEndToEndTest, LongFileShowsProgressOnlyOnATerminal)
 TEST(AnalyzeEndToEndTest, ShortFileShowsNoProgressEvenOnATerminal)
 {
     const auto path = writeToneWav("tone.wav", WavEncoding::pcm16);
-    const auto run = runAnalyzer({path.string()}, {.standardInput = std::nullopt, .standardErrorOnTerminal = true});
+    const auto run = runAnalyzer(
+        {path.string()}, {.standardInput = std::nullopt, .standardErrorOnTerminal = true});
     ASSERT_EQ(run.exitStatus, 0);
     EXPECT_EQ(run.err, "");
 }
@@ -441,8 +446,9 @@ TEST(AnalyzeEndToEndTest, ShortFileShowsNoProgressEvenOnATerminal)
 TEST(AnalyzeEndToEndTest, CorruptPacketsAreSkippedWithAWarning)
 {
     const auto path = fixturePath("damaged.flac");
-    ASSERT_EQ(encodeFile(path, "flac", "flac", sine(1000.0, toneAmplitude, rate, 3 * rate), 1, rate),
-              std::nullopt);
+    ASSERT_EQ(
+        encodeFile(path, "flac", "flac", sine(1000.0, toneAmplitude, rate, 3 * rate), 1, rate),
+        std::nullopt);
     const auto clean = runAnalyzer({path.string()});
     ASSERT_EQ(clean.exitStatus, 0) << clean.err;
     EXPECT_EQ(clean.err, "");
@@ -452,11 +458,13 @@ TEST(AnalyzeEndToEndTest, CorruptPacketsAreSkippedWithAWarning)
     const auto size = static_cast<std::streamoff>(file.tellg());
     file.seekp(size / 2);
     std::mt19937 random(3);
-    for (int index = 0; index < 2000; ++index) file.put(static_cast<char>(random() & 0xff));
+    for (int index = 0; index < 2000; ++index)
+        file.put(static_cast<char>(random() & 0xff));
     file.close();
 
     const auto damaged = runAnalyzer({path.string()});
     EXPECT_EQ(damaged.exitStatus, 0);
-    EXPECT_TRUE(oneLine(damaged.err).starts_with("ostrel-analyze: warning: skipped ")) << damaged.err;
+    EXPECT_TRUE(oneLine(damaged.err).starts_with("ostrel-analyze: warning: skipped "))
+        << damaged.err;
     EXPECT_LT(parseCsv(damaged.out).rows.size(), parseCsv(clean.out).rows.size());
 }

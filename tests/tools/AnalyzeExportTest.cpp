@@ -10,9 +10,9 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include "ostrel-analyze/AnalyzeOptions.h"
 #include "recording/DiskSessionFiles.h"
 #include "sessions/SessionArchive.h"
-#include "ostrel-analyze/AnalyzeOptions.h"
 #include "tools/AnalyzerProcess.h"
 
 using namespace ostrel;

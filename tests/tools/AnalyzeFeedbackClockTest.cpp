@@ -12,19 +12,19 @@ namespace {
 
 // Loud, towering over its neighbours and free of harmonics: what the detector calls feedback
 // once it has lasted a second.
-constexpr SpectralPeak ringing{2500.0, 90.0, 40.0, -60.0};
+constexpr SpectralPeak ringing {2500.0, 90.0, 40.0, -60.0};
 
 MeasurementInterval withPeak(std::optional<SpectralPeak> peak)
 {
     MeasurementInterval interval;
-    interval.spectrum = Spectrum{};
+    interval.spectrum = Spectrum {};
     interval.spectrum->peak = peak;
     return interval;
 }
 
 MeasurementInterval withoutSpectrum()
 {
-    return MeasurementInterval{};
+    return MeasurementInterval {};
 }
 
 // The end time of interval `index`, a tenth of a second each.

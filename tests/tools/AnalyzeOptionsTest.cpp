@@ -22,7 +22,7 @@ AnalyzeOptions options(std::vector<std::string_view> arguments)
         ADD_FAILURE() << "unexpected error: " << error->message;
     EXPECT_TRUE(std::holds_alternative<AnalyzeOptions>(parsed));
     return std::holds_alternative<AnalyzeOptions>(parsed) ? std::get<AnalyzeOptions>(parsed)
-                                                          : AnalyzeOptions{};
+                                                          : AnalyzeOptions {};
 }
 
 std::string error(std::vector<std::string_view> arguments)
@@ -127,7 +127,7 @@ TEST(AnalyzeOptionsTest, UsageNamesEveryOption)
 {
     const std::string_view usage = usageText();
     for (std::string_view option : {"--weighting", "--response", "--offset", "--channel",
-                                    "--format", "--summary", "--spectrum", "--help"})
+             "--format", "--summary", "--spectrum", "--help"})
         EXPECT_NE(usage.find(option), std::string_view::npos) << option;
 }
 
@@ -151,8 +151,8 @@ TEST(AnalyzeOptionsTest, BadWeightingIsAnError)
 
 TEST(AnalyzeOptionsTest, BadResponseAndFormatAreErrors)
 {
-    EXPECT_EQ(error({"f.wav", "--response", "impulse"}),
-              "bad response \"impulse\" (use fast or slow)");
+    EXPECT_EQ(
+        error({"f.wav", "--response", "impulse"}), "bad response \"impulse\" (use fast or slow)");
     EXPECT_EQ(error({"f.wav", "--format", "xml"}), "bad format \"xml\" (use csv or jsonl)");
 }
 

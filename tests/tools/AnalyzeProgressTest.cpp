@@ -36,8 +36,9 @@ TEST(AnalyzeProgressTest, ShowsPercentOnOneLineAndClearsIt)
     progress.update(100.0);
     progress.clear();
     // Clearing blanks as many columns as the last line had.
-    EXPECT_EQ(out.str(), "\rostrel-analyze: 1%\rostrel-analyze: 50%\r"
-                             + std::string(std::string("ostrel-analyze: 50%").size(), ' ') + "\r");
+    EXPECT_EQ(out.str(),
+        "\rostrel-analyze: 1%\rostrel-analyze: 50%\r"
+            + std::string(std::string("ostrel-analyze: 50%").size(), ' ') + "\r");
 }
 
 TEST(AnalyzeProgressTest, NeverClaimsDoneBeforeTheEnd)
@@ -65,6 +66,7 @@ TEST(AnalyzeProgressTest, DestructionClearsTheLine)
         ProgressLine progress(out, true, 100.0);
         progress.update(5.0);
     }
-    EXPECT_EQ(out.str(), "\rostrel-analyze: 5%\r"
-                             + std::string(std::string("ostrel-analyze: 5%").size(), ' ') + "\r");
+    EXPECT_EQ(out.str(),
+        "\rostrel-analyze: 5%\r" + std::string(std::string("ostrel-analyze: 5%").size(), ' ')
+            + "\r");
 }

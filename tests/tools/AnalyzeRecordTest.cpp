@@ -9,14 +9,14 @@
 #include <QDir>
 #include <QFile>
 
-#include "recording/RecordingFile.h"
 #include "audio/AudioFileDecoder.h"
 #include "measurement/SPLMath.h"
+#include "ostrel-analyze/AnalyzeOptions.h"
+#include "recording/DiskSessionFiles.h"
+#include "recording/RecordingFile.h"
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
-#include "recording/DiskSessionFiles.h"
 #include "sessions/SessionArchive.h"
-#include "ostrel-analyze/AnalyzeOptions.h"
 #include "tools/AnalyzerProcess.h"
 #include "tools/TestAudioFiles.h"
 

@@ -37,7 +37,7 @@ TEST(AnalyzeRowFormatTest, CsvHeaderNamesTheColumns)
 TEST(AnalyzeRowFormatTest, CsvRowHasFixedDecimals)
 {
     EXPECT_EQ(formatRow(OutputFormat::csv, 0.1, interval()),
-              "0.100,-23.02,-23.01,-20.00,-22.99,-33.01,false\n");
+        "0.100,-23.02,-23.01,-20.00,-22.99,-33.01,false\n");
 }
 
 TEST(AnalyzeRowFormatTest, JsonlRowNamesEveryField)
@@ -45,8 +45,8 @@ TEST(AnalyzeRowFormatTest, JsonlRowNamesEveryField)
     auto clipped = interval();
     clipped.clipped = true;
     EXPECT_EQ(formatRow(OutputFormat::jsonl, 12.3, clipped),
-              "{\"time\":12.300,\"level\":-23.02,\"leq\":-23.01,\"peak\":-20.00,\"max\":-22.99,"
-              "\"rawDBFS\":-33.01,\"clipped\":true}\n");
+        "{\"time\":12.300,\"level\":-23.02,\"leq\":-23.01,\"peak\":-20.00,\"max\":-22.99,"
+        "\"rawDBFS\":-33.01,\"clipped\":true}\n");
 }
 
 TEST(AnalyzeRowFormatTest, DecimalPointIgnoresTheLocale)
@@ -54,8 +54,8 @@ TEST(AnalyzeRowFormatTest, DecimalPointIgnoresTheLocale)
     struct CommaDecimal : std::numpunct<char> {
         char do_decimal_point() const override { return ','; }
     };
-    const std::locale previous = std::locale::global(std::locale(std::locale::classic(),
-                                                                 new CommaDecimal));
+    const std::locale previous
+        = std::locale::global(std::locale(std::locale::classic(), new CommaDecimal));
     // The C library's locale too, where a comma locale is installed; many machines have none.
     const std::string previousC = std::setlocale(LC_NUMERIC, nullptr);
     for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "nl_NL.UTF-8"})
@@ -63,7 +63,7 @@ TEST(AnalyzeRowFormatTest, DecimalPointIgnoresTheLocale)
 
     EXPECT_EQ(formatFixed(-23.0103, 2), "-23.01");
     EXPECT_EQ(formatRow(OutputFormat::csv, 0.1, interval()),
-              "0.100,-23.02,-23.01,-20.00,-22.99,-33.01,false\n");
+        "0.100,-23.02,-23.01,-20.00,-22.99,-33.01,false\n");
 
     std::setlocale(LC_NUMERIC, previousC.c_str());
     std::locale::global(previous);
@@ -89,16 +89,16 @@ TEST(AnalyzeRowFormatTest, SummaryInBothFormats)
     statistics.add(first);
     statistics.add(second);
     EXPECT_EQ(formatSummary(OutputFormat::csv, statistics),
-              "# summary leq=-23.01 peak=-10.00 max=-21.50 duration=0.200\n");
+        "# summary leq=-23.01 peak=-10.00 max=-21.50 duration=0.200\n");
     EXPECT_EQ(formatSummary(OutputFormat::jsonl, statistics),
-              "{\"summary\":{\"leq\":-23.01,\"peak\":-10.00,\"max\":-21.50,\"duration\":0.200}}\n");
+        "{\"summary\":{\"leq\":-23.01,\"peak\":-10.00,\"max\":-21.50,\"duration\":0.200}}\n");
 }
 
 TEST(AnalyzeRowFormatTest, SummaryOfNothingSaysSo)
 {
     const LevelStatistics empty;
     EXPECT_EQ(formatSummary(OutputFormat::csv, empty),
-              "# summary leq=none peak=none max=none duration=0.000\n");
+        "# summary leq=none peak=none max=none duration=0.000\n");
     EXPECT_EQ(formatSummary(OutputFormat::jsonl, empty),
-              "{\"summary\":{\"leq\":null,\"peak\":null,\"max\":null,\"duration\":0.000}}\n");
+        "{\"summary\":{\"leq\":null,\"peak\":null,\"max\":null,\"duration\":0.000}}\n");
 }

@@ -37,7 +37,7 @@ Spectrum spectrum()
     result.fineBandLevels[0] = 12.346;
     result.fineBandLevels[239] = -200.0;
     result.dominantFrequency = 1000.04;
-    result.peak = SpectralPeak{999.96, 78.456, 31.2, -40.0};
+    result.peak = SpectralPeak {999.96, 78.456, 31.2, -40.0};
     return result;
 }
 
@@ -89,7 +89,7 @@ TEST(AnalyzeSpectrumColumnsTest, CsvRowCarriesTheSpectrum)
     const std::string expected = levelsCsv + ",-3.46" + repeated(",20.00", 16) + ",94.00"
         + repeated(",20.00", 12) + ",-200.00" + ",12.35" + repeated(",10.50", 238) + ",-200.00"
         + ",1000.0,1000.0,78.46,31.20,-40.00,1001.3\n";
-    EXPECT_EQ(formatRow(OutputFormat::csv, 0.5, measured, SpectrumExtras{1001.26}), expected);
+    EXPECT_EQ(formatRow(OutputFormat::csv, 0.5, measured, SpectrumExtras {1001.26}), expected);
 }
 
 TEST(AnalyzeSpectrumColumnsTest, JsonlRowCarriesTheSpectrumAsArrays)
@@ -100,15 +100,15 @@ TEST(AnalyzeSpectrumColumnsTest, JsonlRowCarriesTheSpectrumAsArrays)
         + ",94.00" + repeated(",20.00", 12) + ",-200.00],\"fine\":[12.35" + repeated(",10.50", 238)
         + ",-200.00],\"dominant\":1000.0,\"spectralPeak\":{\"frequency\":1000.0,\"level\":78.46,"
           "\"prominence\":31.20,\"harmonicLevel\":-40.00},\"feedback\":1001.3}\n";
-    EXPECT_EQ(formatRow(OutputFormat::jsonl, 0.5, measured, SpectrumExtras{1001.26}), expected);
+    EXPECT_EQ(formatRow(OutputFormat::jsonl, 0.5, measured, SpectrumExtras {1001.26}), expected);
 }
 
 TEST(AnalyzeSpectrumColumnsTest, NoSpectrumYetLeavesTheColumnsEmpty)
 {
     const auto early = interval();
-    EXPECT_EQ(formatRow(OutputFormat::csv, 0.5, early, SpectrumExtras{}),
+    EXPECT_EQ(formatRow(OutputFormat::csv, 0.5, early, SpectrumExtras {}),
         levelsCsv + repeated(",", 31 + 240 + 6) + "\n");
-    EXPECT_EQ(formatRow(OutputFormat::jsonl, 0.5, early, SpectrumExtras{}),
+    EXPECT_EQ(formatRow(OutputFormat::jsonl, 0.5, early, SpectrumExtras {}),
         levelsJson
             + ",\"bands\":null,\"fine\":null,\"dominant\":null,\"spectralPeak\":null,"
               "\"feedback\":null}\n");
@@ -121,11 +121,11 @@ TEST(AnalyzeSpectrumColumnsTest, SpectrumWithoutPeakOrFeedbackLeavesThoseEmpty)
     quiet.spectrum->dominantFrequency.reset();
     quiet.spectrum->peak.reset();
 
-    const std::string csv = formatRow(OutputFormat::csv, 0.5, quiet, SpectrumExtras{});
+    const std::string csv = formatRow(OutputFormat::csv, 0.5, quiet, SpectrumExtras {});
     EXPECT_TRUE(csv.ends_with(",10.50,-200.00,,,,,,\n")) << csv;
     EXPECT_EQ(count(csv, ','), 6u + 31u + 240u + 6u);
 
-    const std::string json = formatRow(OutputFormat::jsonl, 0.5, quiet, SpectrumExtras{});
+    const std::string json = formatRow(OutputFormat::jsonl, 0.5, quiet, SpectrumExtras {});
     EXPECT_TRUE(json.ends_with(",-200.00],\"dominant\":null,\"spectralPeak\":null,"
                                "\"feedback\":null}\n"))
         << json;

@@ -52,7 +52,7 @@ std::vector<QJsonObject> jsonRows(const std::string& text)
 {
     std::vector<QJsonObject> rows;
     for (const auto& line : lines(text)) {
-        QJsonParseError error{};
+        QJsonParseError error {};
         const auto document = QJsonDocument::fromJson(QByteArray::fromStdString(line), &error);
         EXPECT_EQ(error.error, QJsonParseError::NoError) << line;
         rows.push_back(document.object());
@@ -81,7 +81,7 @@ std::filesystem::path writeFile(
 std::vector<QJsonObject> analyzeJson(
     const std::filesystem::path& path, std::vector<std::string> options)
 {
-    std::vector<std::string> arguments{path.string(), "--spectrum", "--format", "jsonl"};
+    std::vector<std::string> arguments {path.string(), "--spectrum", "--format", "jsonl"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     const auto run = runAnalyzer(arguments);
     EXPECT_EQ(run.exitStatus, 0) << run.err;

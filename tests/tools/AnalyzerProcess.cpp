@@ -35,7 +35,7 @@ struct PseudoTerminal {
             throw std::runtime_error("no pseudo-terminal");
         device = ::open(ptsname(controller), O_RDWR | O_NOCTTY);
         if (device < 0) throw std::runtime_error("cannot open the pseudo-terminal");
-        termios settings{};
+        termios settings {};
         tcgetattr(device, &settings);
         cfmakeraw(&settings);
         tcsetattr(device, TCSANOW, &settings);
@@ -49,22 +49,24 @@ struct PseudoTerminal {
 
 } // namespace
 
-AnalyzerRun runAnalyzer(const std::vector<std::string>& arguments,
-                        const AnalyzerRunOptions& options)
+AnalyzerRun runAnalyzer(
+    const std::vector<std::string>& arguments, const AnalyzerRunOptions& options)
 {
     static int runNumber = 0;
     ++runNumber;
     const auto outPath = fixturePath("run" + std::to_string(runNumber) + ".out");
     const auto errPath = fixturePath("run" + std::to_string(runNumber) + ".err");
-    const std::string inPath = options.standardInput ? options.standardInput->string() : "/dev/null";
+    const std::string inPath
+        = options.standardInput ? options.standardInput->string() : "/dev/null";
 
     std::optional<PseudoTerminal> terminal;
     if (options.standardErrorOnTerminal) terminal.emplace();
 
-    std::vector<std::string> argv{OSTREL_ANALYZE_PATH};
+    std::vector<std::string> argv {OSTREL_ANALYZE_PATH};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
-    for (auto& argument : argv) pointers.push_back(argument.data());
+    for (auto& argument : argv)
+        pointers.push_back(argument.data());
     pointers.push_back(nullptr);
 
     const pid_t child = fork();
@@ -102,8 +104,7 @@ AnalyzerRun runAnalyzer(const std::vector<std::string>& arguments,
         }
     }
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) { }
     run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     run.out = readAll(outPath);
     if (!terminal) run.err = readAll(errPath);

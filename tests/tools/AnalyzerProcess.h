@@ -16,10 +16,10 @@ struct AnalyzerRun {
 
 struct AnalyzerRunOptions {
     std::optional<std::filesystem::path> standardInput; // /dev/null when absent
-    bool standardErrorOnTerminal = false;               // a pseudo-terminal instead of a file
+    bool standardErrorOnTerminal = false; // a pseudo-terminal instead of a file
 };
 
-AnalyzerRun runAnalyzer(const std::vector<std::string>& arguments,
-                        const AnalyzerRunOptions& options = {});
+AnalyzerRun runAnalyzer(
+    const std::vector<std::string>& arguments, const AnalyzerRunOptions& options = {});
 
 } // namespace ostrel::testing

@@ -57,8 +57,8 @@ std::vector<float> exactSixteenBitRamp(std::size_t count)
     return samples;
 }
 
-double meanSquareOfChannel(const std::vector<float>& interleaved, int channels, int channel,
-                           std::size_t skipFrames)
+double meanSquareOfChannel(
+    const std::vector<float>& interleaved, int channels, int channel, std::size_t skipFrames)
 {
     double sum = 0.0;
     std::size_t count = 0;
@@ -121,8 +121,8 @@ TEST(AudioFileDecoderTest, PlanarAacComesOutInterleavedWithChannelsInOrder)
     const auto left = sine(1000.0, 0.1, 48000, frames);
     const std::vector<float> right(frames, 0.0f);
     const auto path = fixturePath("left.aac");
-    ASSERT_EQ(encodeFile(path, "adts", "aac", interleave({left, right}), 2, 48000, 128000),
-              std::nullopt);
+    ASSERT_EQ(
+        encodeFile(path, "adts", "aac", interleave({left, right}), 2, 48000, 128000), std::nullopt);
 
     auto decoder = openOrFail(path);
     ASSERT_TRUE(decoder);
@@ -151,7 +151,7 @@ TEST(AudioFileDecoderTest, NameWithAColonIsAFileNotAProtocol)
 TEST(AudioFileDecoderTest, EmptyWavOpensAndEndsAtOnce)
 {
     const auto path = fixturePath("empty.wav");
-    writeWav(path, std::vector<float>{}, 2, 48000, WavEncoding::pcm16);
+    writeWav(path, std::vector<float> {}, 2, 48000, WavEncoding::pcm16);
     auto decoder = openOrFail(path);
     ASSERT_TRUE(decoder);
     EXPECT_EQ(decoder->sampleRate(), 48000);
@@ -169,7 +169,8 @@ TEST(AudioFileDecoderTest, RandomBytesAreNotAudio)
     const auto path = fixturePath("noise.bin");
     std::mt19937 random(20240611);
     std::ofstream out(path, std::ios::binary);
-    for (int index = 0; index < 64 * 1024; ++index) out.put(static_cast<char>(random() & 0xff));
+    for (int index = 0; index < 64 * 1024; ++index)
+        out.put(static_cast<char>(random() & 0xff));
     out.close();
     EXPECT_NE(openError(path), "");
 }

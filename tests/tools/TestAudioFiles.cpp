@@ -23,20 +23,22 @@ namespace {
 
 std::string errorText(int code)
 {
-    std::array<char, AV_ERROR_MAX_STRING_SIZE> buffer{};
+    std::array<char, AV_ERROR_MAX_STRING_SIZE> buffer {};
     av_strerror(code, buffer.data(), buffer.size());
     return buffer.data();
 }
 
 void put16(std::ofstream& out, std::uint16_t value)
 {
-    const std::array<char, 2> bytes{static_cast<char>(value & 0xff), static_cast<char>(value >> 8)};
+    const std::array<char, 2> bytes {
+        static_cast<char>(value & 0xff), static_cast<char>(value >> 8)};
     out.write(bytes.data(), bytes.size());
 }
 
 void put32(std::ofstream& out, std::uint32_t value)
 {
-    for (int shift = 0; shift < 32; shift += 8) out.put(static_cast<char>((value >> shift) & 0xff));
+    for (int shift = 0; shift < 32; shift += 8)
+        out.put(static_cast<char>((value >> shift) & 0xff));
 }
 
 // Owns everything one encoding run allocates, whichever way it ends.
@@ -90,7 +92,7 @@ std::vector<float> sine(double frequency, double amplitude, int sampleRate, std:
     std::vector<float> samples(frames);
     for (std::size_t index = 0; index < frames; ++index) {
         const double phase = 2.0 * std::numbers::pi * frequency * static_cast<double>(index)
-                             / static_cast<double>(sampleRate);
+            / static_cast<double>(sampleRate);
         samples[index] = static_cast<float>(amplitude * std::sin(phase));
     }
     return samples;
@@ -107,7 +109,7 @@ std::vector<float> interleave(const std::vector<std::vector<float>>& channels)
 }
 
 void writeWav(const std::filesystem::path& path, std::span<const float> interleaved, int channels,
-              int sampleRate, WavEncoding encoding)
+    int sampleRate, WavEncoding encoding)
 {
     const bool isFloat = encoding == WavEncoding::float32;
     const std::uint16_t bytesPerSample = isFloat ? 4 : 2;
@@ -135,8 +137,8 @@ void writeWav(const std::filesystem::path& path, std::span<const float> interlea
             std::memcpy(&bits, &sample, sizeof bits);
             put32(out, bits);
         } else {
-            const double scaled = std::clamp(std::round(static_cast<double>(sample) * 32768.0),
-                                             -32768.0, 32767.0);
+            const double scaled
+                = std::clamp(std::round(static_cast<double>(sample) * 32768.0), -32768.0, 32767.0);
             put16(out, static_cast<std::uint16_t>(static_cast<std::int16_t>(scaled)));
         }
     }
@@ -149,16 +151,15 @@ bool encoderAvailable(const std::string& encoderName)
 }
 
 std::optional<std::string> encodeFile(const std::filesystem::path& path,
-                                      const std::string& muxerName, const std::string& encoderName,
-                                      std::span<const float> interleaved, int channels,
-                                      int sampleRate, std::int64_t bitRate)
+    const std::string& muxerName, const std::string& encoderName,
+    std::span<const float> interleaved, int channels, int sampleRate, std::int64_t bitRate)
 {
     const AVCodec* encoder = avcodec_find_encoder_by_name(encoderName.c_str());
     if (!encoder) return "no encoder " + encoderName;
 
     Encoding run;
-    int result = avformat_alloc_output_context2(&run.format, nullptr, muxerName.c_str(),
-                                                path.c_str());
+    int result
+        = avformat_alloc_output_context2(&run.format, nullptr, muxerName.c_str(), path.c_str());
     if (result < 0) return "muxer " + muxerName + ": " + errorText(result);
     AVStream* stream = avformat_new_stream(run.format, nullptr);
     run.codec = avcodec_alloc_context3(encoder);
@@ -169,7 +170,7 @@ std::optional<std::string> encodeFile(const std::filesystem::path& path,
     run.codec->sample_rate = sampleRate;
     av_channel_layout_default(&run.codec->ch_layout, channels);
     run.codec->sample_fmt = encoder->sample_fmts ? encoder->sample_fmts[0] : AV_SAMPLE_FMT_FLTP;
-    run.codec->time_base = AVRational{1, sampleRate};
+    run.codec->time_base = AVRational {1, sampleRate};
     if (bitRate > 0) run.codec->bit_rate = bitRate;
     if (run.format->oformat->flags & AVFMT_GLOBALHEADER)
         run.codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
@@ -184,15 +185,15 @@ std::optional<std::string> encodeFile(const std::filesystem::path& path,
     if (result < 0) return "header: " + errorText(result);
 
     result = swr_alloc_set_opts2(&run.converter, &run.codec->ch_layout, run.codec->sample_fmt,
-                                 sampleRate, &run.codec->ch_layout, AV_SAMPLE_FMT_FLT, sampleRate,
-                                 0, nullptr);
+        sampleRate, &run.codec->ch_layout, AV_SAMPLE_FMT_FLT, sampleRate, 0, nullptr);
     if (result < 0 || swr_init(run.converter) < 0) return std::string("converter");
 
     const int frameSize = run.codec->frame_size > 0 ? run.codec->frame_size : 1024;
     const bool shortLastFrame = encoder->capabilities & AV_CODEC_CAP_SMALL_LAST_FRAME;
     const auto totalFrames = static_cast<std::int64_t>(interleaved.size()) / channels;
     for (std::int64_t position = 0; position < totalFrames; position += frameSize) {
-        const auto available = static_cast<int>(std::min<std::int64_t>(frameSize, totalFrames - position));
+        const auto available
+            = static_cast<int>(std::min<std::int64_t>(frameSize, totalFrames - position));
         const int count = shortLastFrame ? available : frameSize;
         av_frame_unref(run.frame);
         run.frame->nb_samples = count;
@@ -203,7 +204,8 @@ std::optional<std::string> encodeFile(const std::filesystem::path& path,
         if (result < 0) return "frame: " + errorText(result);
 
         std::vector<float> source(static_cast<std::size_t>(count * channels), 0.0f);
-        std::copy_n(interleaved.begin() + position * channels, available * channels, source.begin());
+        std::copy_n(
+            interleaved.begin() + position * channels, available * channels, source.begin());
         const auto* input = reinterpret_cast<const std::uint8_t*>(source.data());
         result = swr_convert(run.converter, run.frame->data, count, &input, count);
         if (result < 0) return "convert: " + errorText(result);

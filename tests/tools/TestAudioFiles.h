@@ -24,16 +24,15 @@ enum class WavEncoding { pcm16, float32 };
 
 // 16-bit quantises by 32768 and clips; a value k / 32768 comes back exactly.
 void writeWav(const std::filesystem::path& path, std::span<const float> interleaved, int channels,
-              int sampleRate, WavEncoding encoding);
+    int sampleRate, WavEncoding encoding);
 
 bool encoderAvailable(const std::string& encoderName);
 
 // Encodes with FFmpeg's encoder `encoderName` into the container `muxerName` ("flac", "adts",
 // "mp3"). An error message, or nothing on success.
 std::optional<std::string> encodeFile(const std::filesystem::path& path,
-                                      const std::string& muxerName, const std::string& encoderName,
-                                      std::span<const float> interleaved, int channels,
-                                      int sampleRate, std::int64_t bitRate = 0);
+    const std::string& muxerName, const std::string& encoderName,
+    std::span<const float> interleaved, int channels, int sampleRate, std::int64_t bitRate = 0);
 
 // The level in dB a sine of `amplitude` reads with no weighting and no offset.
 double sineLevel(double amplitude);

@@ -34,13 +34,13 @@ namespace ostrel::testsupport {
 class ViewSources {
 public:
     ViewSources(const QString& path, AppModel::Mode mode, bool withDevice)
-        : mode_(mode)
-        , settings_(path, QSettings::IniFormat)
-        , store_((settings_.clear(), settings_))
-        , display_(store_)
-        , measurement_(store_)
-        , input_(store_)
-        , live_(makeBackend(withDevice), input_, [] { return std::chrono::system_clock::now(); })
+        : mode_(mode),
+          settings_(path, QSettings::IniFormat),
+          store_((settings_.clear(), settings_)),
+          display_(store_),
+          measurement_(store_),
+          input_(store_),
+          live_(makeBackend(withDevice), input_, [] { return std::chrono::system_clock::now(); })
     {
     }
 

@@ -14,7 +14,7 @@ namespace ostrel::analyze {
 class AudioClockFeedback {
 public:
     // The date of the file's first sample; any fixed date does, as the detector counts differences.
-    static constexpr Date start{};
+    static constexpr Date start {};
 
     // `endTime`: seconds of audio at the interval's end. The frequency of the warning in force
     // afterwards. An interval without a spectrum leaves the detector as it was, as the station

@@ -12,9 +12,9 @@ std::string formatFixed(double value, int decimals)
     const double scale = std::pow(10.0, decimals);
     if (std::round(std::abs(value) * scale) == 0.0) value = 0.0;
     // Room for the longest fixed double, about 310 digits.
-    std::array<char, 512> buffer{};
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                            std::chars_format::fixed, decimals);
+    std::array<char, 512> buffer {};
+    const auto [end, error] = std::to_chars(
+        buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, decimals);
     if (error != std::errc()) return "nan";
     return std::string(buffer.data(), end);
 }

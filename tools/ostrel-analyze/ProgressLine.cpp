@@ -24,13 +24,13 @@ void ProgressLine::update(double processedSeconds)
     if (totalSeconds_) {
         // Never 100 % before the end: the container's duration is only an estimate for some
         // formats.
-        const double percent = std::clamp(std::floor(processedSeconds / *totalSeconds_ * 100.0),
-                                          0.0, 99.0);
+        const double percent
+            = std::clamp(std::floor(processedSeconds / *totalSeconds_ * 100.0), 0.0, 99.0);
         text = "ostrel-analyze: " + std::to_string(static_cast<int>(percent)) + "%";
     } else {
         if (processedSeconds <= minimumSeconds) return;
         text = "ostrel-analyze: " + std::to_string(static_cast<long long>(processedSeconds))
-               + " s analysed";
+            + " s analysed";
     }
     if (text == shown_) return;
     // Padding covers the rest of a longer line shown before.

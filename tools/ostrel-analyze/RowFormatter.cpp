@@ -36,13 +36,13 @@ std::string formatHeader(OutputFormat format, bool spectrum)
 }
 
 std::string formatRow(OutputFormat format, double time, const MeasurementInterval& interval,
-                      const std::optional<SpectrumExtras>& spectrum)
+    const std::optional<SpectrumExtras>& spectrum)
 {
     const std::string timeText = formatFixed(time, timeDecimals);
     if (format == OutputFormat::csv) {
         std::string row = timeText;
-        for (double value : {interval.level, interval.leq(), interval.peakLevel(), interval.maxLevel,
-                             interval.rawLevelDBFS()}) {
+        for (double value : {interval.level, interval.leq(), interval.peakLevel(),
+                 interval.maxLevel, interval.rawLevelDBFS()}) {
             row += ',';
             row += level(value);
         }
@@ -70,14 +70,12 @@ std::string formatSummary(OutputFormat format, const LevelStatistics& statistics
     const std::string duration = formatFixed(statistics.duration, timeDecimals);
     if (format == OutputFormat::csv) {
         return "# summary leq=" + optionalLevel(statistics.leq(), "none")
-               + " peak=" + optionalLevel(statistics.peak(), "none")
-               + " max=" + optionalLevel(statistics.maxLevel, "none") + " duration=" + duration
-               + "\n";
+            + " peak=" + optionalLevel(statistics.peak(), "none")
+            + " max=" + optionalLevel(statistics.maxLevel, "none") + " duration=" + duration + "\n";
     }
     return "{\"summary\":{\"leq\":" + optionalLevel(statistics.leq(), "null")
-           + ",\"peak\":" + optionalLevel(statistics.peak(), "null")
-           + ",\"max\":" + optionalLevel(statistics.maxLevel, "null") + ",\"duration\":" + duration
-           + "}}\n";
+        + ",\"peak\":" + optionalLevel(statistics.peak(), "null") + ",\"max\":"
+        + optionalLevel(statistics.maxLevel, "null") + ",\"duration\":" + duration + "}}\n";
 }
 
 } // namespace ostrel::analyze

@@ -23,7 +23,7 @@ std::string formatHeader(OutputFormat format, bool spectrum = false);
 // One line. `time` is the seconds of audio at the interval's end. With `spectrum`, the row goes
 // on with the spectrum columns.
 std::string formatRow(OutputFormat format, double time, const MeasurementInterval& interval,
-                      const std::optional<SpectrumExtras>& spectrum = std::nullopt);
+    const std::optional<SpectrumExtras>& spectrum = std::nullopt);
 // CSV: one comment line, "# summary leq=.. peak=.. max=.. duration=..".
 // JSONL: {"summary":{"leq":..,"peak":..,"max":..,"duration":..}}.
 // Levels of an empty file are "none" in CSV and null in JSONL.

@@ -31,7 +31,8 @@ std::variant<std::unique_ptr<ShowRecording>, std::string> ShowRecording::open(
         return "cannot record into \"" + folder + "\": " + reason->toStdString();
 
     // The archive writes "session.json" into the folder named after the recording.
-    auto store = std::make_unique<SessionStore>(std::make_shared<DiskSessionFiles>(), target.absolutePath());
+    auto store = std::make_unique<SessionStore>(
+        std::make_shared<DiskSessionFiles>(), target.absolutePath());
     store->setMeterSetting(QString::fromStdString(meterSetting));
     store->start(QString::fromStdString(name), start, target.fileName());
     return std::unique_ptr<ShowRecording>(new ShowRecording(

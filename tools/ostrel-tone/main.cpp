@@ -16,16 +16,17 @@ int usage(const char* message)
 {
     if (message) std::fprintf(stderr, "ostrel-tone: %s\n", message);
     std::fprintf(message ? stderr : stdout,
-                 "usage: ostrel-tone [--frequency HZ] [--amplitude A] [--seconds S] "
-                 "[--rate HZ] [--output FILE]\n"
-                 "Writes a mono 32-bit float WAV sine (default 1000 Hz, amplitude 0.1, 5 s, "
-                 "48000 Hz) to FILE or standard output.\n");
+        "usage: ostrel-tone [--frequency HZ] [--amplitude A] [--seconds S] "
+        "[--rate HZ] [--output FILE]\n"
+        "Writes a mono 32-bit float WAV sine (default 1000 Hz, amplitude 0.1, 5 s, "
+        "48000 Hz) to FILE or standard output.\n");
     return message ? 2 : 0;
 }
 
 void put32(std::vector<unsigned char>& out, std::uint32_t value)
 {
-    for (int i = 0; i < 4; ++i) out.push_back(static_cast<unsigned char>(value >> (8 * i)));
+    for (int i = 0; i < 4; ++i)
+        out.push_back(static_cast<unsigned char>(value >> (8 * i)));
 }
 
 void put16(std::vector<unsigned char>& out, std::uint16_t value)
@@ -59,11 +60,16 @@ int main(int argc, char** argv)
         }
         if (!parseNumber(value, number))
             return usage(("not a number for " + option + ": " + value).c_str());
-        if (option == "--frequency") frequency = number;
-        else if (option == "--amplitude") amplitude = number;
-        else if (option == "--seconds") seconds = number;
-        else if (option == "--rate") rate = number;
-        else return usage(("unknown option " + option).c_str());
+        if (option == "--frequency")
+            frequency = number;
+        else if (option == "--amplitude")
+            amplitude = number;
+        else if (option == "--seconds")
+            seconds = number;
+        else if (option == "--rate")
+            rate = number;
+        else
+            return usage(("unknown option " + option).c_str());
     }
     if (rate < 1000.0 || rate > 768000.0 || seconds < 0.0 || seconds > 36000.0)
         return usage("rate or length out of range");
@@ -86,8 +92,8 @@ int main(int argc, char** argv)
 
     FILE* file = output == "-" ? stdout : std::fopen(output.c_str(), "wb");
     if (!file) {
-        std::fprintf(stderr, "ostrel-tone: cannot write \"%s\": %s\n", output.c_str(),
-                     std::strerror(errno));
+        std::fprintf(
+            stderr, "ostrel-tone: cannot write \"%s\": %s\n", output.c_str(), std::strerror(errno));
         return 2;
     }
     std::fwrite(header.data(), 1, header.size(), file);
@@ -96,7 +102,8 @@ int main(int argc, char** argv)
         const std::uint32_t count = std::min<std::uint32_t>(4800, frames - start);
         for (std::uint32_t i = 0; i < count; ++i) {
             const double t = static_cast<double>(start + i) / rate;
-            block[i] = static_cast<float>(amplitude * std::sin(2.0 * std::numbers::pi * frequency * t));
+            block[i]
+                = static_cast<float>(amplitude * std::sin(2.0 * std::numbers::pi * frequency * t));
         }
         // WAV is little-endian, as is every machine this builds for.
         if (std::fwrite(block.data(), sizeof(float), count, file) != count) {

@@ -25,7 +25,17 @@ class Theme : public QObject {
     Q_PROPERTY(QList<QColor> colors READ colors NOTIFY darkChanged)
 
 public:
-    enum class Role { primary, secondary, tertiary, quaternary, accent, orange, red, green, yellow };
+    enum class Role {
+        primary,
+        secondary,
+        tertiary,
+        quaternary,
+        accent,
+        orange,
+        red,
+        green,
+        yellow
+    };
     Q_ENUM(Role)
 
     explicit Theme(QObject* parent = nullptr);

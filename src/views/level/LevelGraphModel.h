@@ -6,19 +6,19 @@
 #include <functional>
 #include <vector>
 
-#include <QPointer>
 #include <QFont>
 #include <QList>
 #include <QPointF>
+#include <QPointer>
 #include <QRectF>
 #include <QString>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 #include "common/Date.h"
+#include "model/MeterModel.h"
 #include "model/MeterTypes.h"
 #include "views/components/ViewModel.h"
-#include "model/MeterModel.h"
 
 namespace ostrel {
 

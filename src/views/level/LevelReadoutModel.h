@@ -6,17 +6,17 @@
 #include <optional>
 #include <vector>
 
-#include <QPointer>
 #include <QFont>
+#include <QPointer>
 #include <QString>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 #include "measurement/LevelRange.h"
+#include "model/DisplaySettings.h"
+#include "model/MeterModel.h"
 #include "views/components/Theme.h"
 #include "views/components/ViewModel.h"
-#include "model/MeterModel.h"
-#include "model/DisplaySettings.h"
 
 namespace ostrel {
 
@@ -51,7 +51,10 @@ public:
     MeterModel* meter() const { return meter_.data(); }
     void setMeter(MeterModel* value) { setSource(meter_, value, &LevelReadoutModel::meterChanged); }
     DisplaySettings* display() const { return display_.data(); }
-    void setDisplay(DisplaySettings* value) { setSource(display_, value, &LevelReadoutModel::displayChanged); }
+    void setDisplay(DisplaySettings* value)
+    {
+        setSource(display_, value, &LevelReadoutModel::displayChanged);
+    }
 
     enum class Tone { normal, elevated, high, noSignal };
     Q_ENUM(Tone)

@@ -129,8 +129,8 @@ void MeterDescriptionModel::refresh()
     const LevelRange range = level ? display_->levelRange(*level) : LevelRange::normal;
 
     // A secondary's mirrored setting takes this place once the crew link lands.
-    setMeterSetting(fromView(symbol(measurement_->weighting())),
-        fromView(symbol(measurement_->response())));
+    setMeterSetting(
+        fromView(symbol(measurement_->weighting())), fromView(symbol(measurement_->response())));
     setStatus(status(level, meter.hasSignal(), meter.isClipping(), range));
     setStatusText(text(status_, unhinged));
     setShowsUncalibrated(!measurement_->isCalibrated());

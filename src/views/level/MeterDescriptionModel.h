@@ -9,11 +9,11 @@
 #include <QtQml/qqmlregistration.h>
 
 #include "measurement/LevelRange.h"
-#include "views/components/Theme.h"
-#include "views/components/ViewModel.h"
-#include "model/MeterModel.h"
 #include "measurement/MeasurementSettings.h"
 #include "model/DisplaySettings.h"
+#include "model/MeterModel.h"
+#include "views/components/Theme.h"
+#include "views/components/ViewModel.h"
 
 namespace ostrel {
 
@@ -21,7 +21,8 @@ class MeterDescriptionModel : public ostrel::ViewModel {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(ostrel::MeterModel* meter READ meter WRITE setMeter NOTIFY meterChanged)
-    Q_PROPERTY(ostrel::MeasurementSettings* measurement READ measurement WRITE setMeasurement NOTIFY measurementChanged)
+    Q_PROPERTY(ostrel::MeasurementSettings* measurement READ measurement WRITE setMeasurement NOTIFY
+            measurementChanged)
     Q_PROPERTY(ostrel::DisplaySettings* display READ display WRITE setDisplay NOTIFY displayChanged)
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged)
     Q_PROPERTY(double spacing READ spacing NOTIFY sizeChanged)
@@ -38,11 +39,20 @@ class MeterDescriptionModel : public ostrel::ViewModel {
 
 public:
     MeterModel* meter() const { return meter_.data(); }
-    void setMeter(MeterModel* value) { setSource(meter_, value, &MeterDescriptionModel::meterChanged); }
+    void setMeter(MeterModel* value)
+    {
+        setSource(meter_, value, &MeterDescriptionModel::meterChanged);
+    }
     MeasurementSettings* measurement() const { return measurement_.data(); }
-    void setMeasurement(MeasurementSettings* value) { setSource(measurement_, value, &MeterDescriptionModel::measurementChanged); }
+    void setMeasurement(MeasurementSettings* value)
+    {
+        setSource(measurement_, value, &MeterDescriptionModel::measurementChanged);
+    }
     DisplaySettings* display() const { return display_.data(); }
-    void setDisplay(DisplaySettings* value) { setSource(display_, value, &MeterDescriptionModel::displayChanged); }
+    void setDisplay(DisplaySettings* value)
+    {
+        setSource(display_, value, &MeterDescriptionModel::displayChanged);
+    }
 
     enum class Status { noSignal, inputOverload, high, elevated, normal };
     Q_ENUM(Status)

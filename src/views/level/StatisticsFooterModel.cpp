@@ -24,8 +24,7 @@ void StatisticsFooterModel::setFontSize(double value)
 void StatisticsFooterModel::attach()
 {
     watch(meter_);
-    if (meter_)
-        track(connect(meter_, &MeterModel::statisticsChanged, this, [this] { refresh(); }));
+    if (meter_) track(connect(meter_, &MeterModel::statisticsChanged, this, [this] { refresh(); }));
 }
 
 void StatisticsFooterModel::refresh()

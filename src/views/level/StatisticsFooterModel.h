@@ -6,8 +6,8 @@
 #include <QtQml/qqmlregistration.h>
 
 #include "measurement/LevelStatistics.h"
-#include "views/components/ViewModel.h"
 #include "model/MeterModel.h"
+#include "views/components/ViewModel.h"
 
 namespace ostrel {
 
@@ -26,7 +26,10 @@ class StatisticsFooterModel : public ostrel::ViewModel {
 
 public:
     MeterModel* meter() const { return meter_.data(); }
-    void setMeter(MeterModel* value) { setSource(meter_, value, &StatisticsFooterModel::meterChanged); }
+    void setMeter(MeterModel* value)
+    {
+        setSource(meter_, value, &StatisticsFooterModel::meterChanged);
+    }
 
     struct Texts {
         QString peak;

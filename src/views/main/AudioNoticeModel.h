@@ -12,8 +12,8 @@
 
 #include "audio/AudioInput.h"
 #include "station/AppModel.h"
-#include "views/components/ViewModel.h"
 #include "station/LiveInput.h"
+#include "views/components/ViewModel.h"
 
 namespace ostrel {
 

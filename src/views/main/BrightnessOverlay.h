@@ -8,8 +8,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
-#include "views/components/ViewModel.h"
 #include "model/DisplaySettings.h"
+#include "views/components/ViewModel.h"
 
 namespace ostrel {
 
@@ -35,7 +35,10 @@ class BrightnessOverlay : public ostrel::ViewModel {
 
 public:
     DisplaySettings* display() const { return display_.data(); }
-    void setDisplay(DisplaySettings* value) { setSource(display_, value, &BrightnessOverlay::displayChanged); }
+    void setDisplay(DisplaySettings* value)
+    {
+        setSource(display_, value, &BrightnessOverlay::displayChanged);
+    }
 
     static constexpr double step = 0.1;
 

@@ -8,8 +8,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
-#include "views/components/ViewModel.h"
 #include "station/AppModel.h"
+#include "views/components/ViewModel.h"
 
 namespace ostrel {
 
@@ -30,7 +30,10 @@ class ContentModel : public ostrel::ViewModel {
 
 public:
     AppModel* appModel() const { return appModel_.data(); }
-    void setAppModel(AppModel* value) { setSource(appModel_, value, &ContentModel::appModelChanged); }
+    void setAppModel(AppModel* value)
+    {
+        setSource(appModel_, value, &ContentModel::appModelChanged);
+    }
 
     explicit ContentModel(QObject* parent = nullptr);
 

@@ -28,8 +28,7 @@ void MonitorModel::setMode(AppModel::Mode value)
 
 void MonitorModel::refresh()
 {
-    const bool readout
-        = !audio_ || !AudioNoticeModel::notice(mode_, audio_->status()).has_value();
+    const bool readout = !audio_ || !AudioNoticeModel::notice(mode_, audio_->status()).has_value();
     const bool noSignal = readout && meter_ && !meter_->hasSignal();
     const bool graph = !display_ || display_->showModeShowsGraph();
 

@@ -6,11 +6,11 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+#include "audio/AudioInput.h"
+#include "model/DisplaySettings.h"
+#include "model/MeterModel.h"
 #include "station/AppModel.h"
 #include "views/components/ViewModel.h"
-#include "audio/AudioInput.h"
-#include "model/MeterModel.h"
-#include "model/DisplaySettings.h"
 
 namespace ostrel {
 
@@ -38,7 +38,10 @@ public:
     MeterModel* meter() const { return meter_.data(); }
     void setMeter(MeterModel* value) { setSource(meter_, value, &MonitorModel::meterChanged); }
     DisplaySettings* display() const { return display_.data(); }
-    void setDisplay(DisplaySettings* value) { setSource(display_, value, &MonitorModel::displayChanged); }
+    void setDisplay(DisplaySettings* value)
+    {
+        setSource(display_, value, &MonitorModel::displayChanged);
+    }
 
     explicit MonitorModel(QObject* parent = nullptr);
 

@@ -7,8 +7,8 @@
 #include <QtQml/qqmlregistration.h>
 
 #include "qlab/QLabClientState.h"
-#include "views/components/ViewModel.h"
 #include "qlab/client/QLabClient.h"
+#include "views/components/ViewModel.h"
 
 namespace ostrel {
 
