@@ -5,6 +5,8 @@
 #include <QTimer>
 #include <chrono>
 
+#include "recording/DiskSessionFiles.h"
+
 namespace ostrel {
 
 namespace {
@@ -32,21 +34,22 @@ AppModel::Mode AppModel::currentMode()
 
 AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
     std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings,
-    QObject* parent)
+    QString sessionsFolder, QObject* parent)
     : QObject(parent),
       mode_(mode),
       settings_(std::move(settings)),
       input_(std::move(audioBackend), settings_->input(), &now),
       qlab_(settings_->qlab(), qlabTimings, &now),
-      sessions_(settings_->sessions(), settings_->measurement()),
+      sessions_(settings_->sessions(), settings_->measurement(), input_.audio().pipeline(),
+          std::make_shared<DiskSessionFiles>(), std::move(sessionsFolder)),
       calibration_(settings_->measurement()),
       source_(&input_)
 {
     wire();
 
     if (mode_ == Mode::inert) {
-        // A test host's shows are never written to the user's archive.
-        sessions_.store().setArchivesSessions(false);
+        // A test host's shows are never written to the user's archive, nor recorded.
+        sessions_.setKeepsFiles(false);
         return;
     }
     if (auto* application = QCoreApplication::instance()) {
@@ -75,6 +78,13 @@ void AppModel::wire()
     };
     // Another input: what was measured belongs to the one before.
     connect(&input_, &LiveInput::inputChanged, &meter_, &MeterModel::resetAll);
+    connect(&sessions_, &ShowSessions::failed, this,
+        [this](const QString& message) { setErrorMessage(message); });
+    connect(
+        &sessions_.store(), &SessionStore::activeSessionChanged, this, &AppModel::sessionChanged);
+    connect(&sessions_.store(), &SessionStore::lastSessionChanged, this, &AppModel::sessionChanged);
+    connect(
+        &qlab_.client(), &QLabClient::runningCuesChanged, this, &AppModel::currentCueLabelChanged);
 }
 
 void AppModel::start()
@@ -154,9 +164,63 @@ void AppModel::setErrorMessage(std::optional<QString> message)
     emit errorMessageChanged();
 }
 
+void AppModel::requestNewSession()
+{
+    if (hasActiveSession()) return;
+    setPresentingNewSession(true);
+}
+
+void AppModel::startSession(const QString& name)
+{
+    sessions_.startSession(name, now());
+    meter_.resetStatistics();
+}
+
+void AppModel::endSession()
+{
+    setPresentedSummary(finishSession());
+}
+
+std::optional<ShowSession> AppModel::finishSession()
+{
+    return sessions_.finishSession(now());
+}
+
+void AppModel::selectRecording(const ShowSession& session)
+{
+    if (session.recordingFolderName == selectedRecordingName_) return;
+    selectedRecordingName_ = session.recordingFolderName;
+    emit selectedRecordingNameChanged();
+}
+
+std::optional<QString> AppModel::currentCueLabel() const
+{
+    const auto& cues = qlab_.client().runningCues();
+    if (cues.empty()) return std::nullopt;
+    QStringList parts;
+    for (const QString& part : {cues.front().number, cues.front().displayName()})
+        if (!part.isEmpty()) parts.append(part);
+    return parts.join(u' ');
+}
+
+void AppModel::setPresentingNewSession(bool presenting)
+{
+    if (presenting == isPresentingNewSession_) return;
+    isPresentingNewSession_ = presenting;
+    emit isPresentingNewSessionChanged();
+}
+
+void AppModel::setPresentedSummary(std::optional<ShowSession> summary)
+{
+    if (summary == presentedSummary_) return;
+    presentedSummary_ = std::move(summary);
+    emit presentedSummaryChanged();
+}
+
 void AppModel::applicationWillTerminate()
 {
-    // Sessions are ended here once the show flow exists; nothing else is stopped one by one.
+    // A quit never waits for a show, and shows no summary; nothing else is stopped one by one.
+    finishSession();
 }
 
 } // namespace ostrel

@@ -34,6 +34,11 @@ class AppModel : public QObject {
     Q_PROPERTY(ostrel::AudioInput* audio READ audioObject CONSTANT)
     Q_PROPERTY(ostrel::LiveInput* input READ inputObject CONSTANT)
     Q_PROPERTY(ostrel::QLabClient* qlab READ qlabObject CONSTANT)
+    Q_PROPERTY(bool isPresentingNewSession READ isPresentingNewSession WRITE setPresentingNewSession
+            NOTIFY isPresentingNewSessionChanged)
+    Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY sessionChanged)
+    Q_PROPERTY(bool canExport READ canExport NOTIFY sessionChanged)
+    Q_PROPERTY(QString currentCueLabel READ currentCueLabelText NOTIFY currentCueLabelChanged)
 
 public:
     enum class Mode { live, demo, inert };
@@ -48,10 +53,11 @@ public:
     static Mode currentMode();
 
     // `audioBackend` is the capture system of the live input (Qt Multimedia in the station);
-    // `qlabTimings` the QLab client's waits, shortened only by tests.
+    // `qlabTimings` the QLab client's waits, shortened only by tests; `sessionsFolder` where
+    // shows are kept, the station's "Sessions" folder unless a test says otherwise.
     AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
         std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings = {},
-        QObject* parent = nullptr);
+        QString sessionsFolder = QString(), QObject* parent = nullptr);
     ~AppModel() override;
 
     Mode mode() const { return mode_; }
@@ -84,7 +90,27 @@ public:
     bool hasError() const { return errorMessage_.has_value(); }
     void setErrorMessage(std::optional<QString> message);
 
-    // Called when the application is about to quit: a running session will be ended here.
+    // The show flow. `requestNewSession` raises the new-session sheet unless a show runs; the
+    // sheet calls `startSession`; `endSession` ends the show and raises its summary.
+    void requestNewSession();
+    Q_INVOKABLE void startSession(const QString& name);
+    Q_INVOKABLE void endSession();
+    // The one road by which a session ends, also taken when the station quits.
+    std::optional<ShowSession> finishSession();
+    void selectRecording(const ShowSession& session);
+    bool canExport() const { return sessions_.canExport(); }
+    bool hasActiveSession() const { return sessions_.store().activeSession().has_value(); }
+    // The first running cue's number and name, for chat stamps.
+    std::optional<QString> currentCueLabel() const;
+
+    bool isPresentingNewSession() const { return isPresentingNewSession_; }
+    void setPresentingNewSession(bool presenting);
+    const std::optional<ShowSession>& presentedSummary() const { return presentedSummary_; }
+    void setPresentedSummary(std::optional<ShowSession> summary);
+    const std::optional<QString>& selectedRecordingName() const { return selectedRecordingName_; }
+    const std::optional<QString>& recordingWarning() const { return sessions_.recordingWarning(); }
+
+    // Called when the application is about to quit: a running session ends and is archived.
     void applicationWillTerminate();
 
     // For tests: how often the measurement group has been applied.
@@ -92,6 +118,11 @@ public:
 
 signals:
     void errorMessageChanged();
+    void isPresentingNewSessionChanged();
+    void presentedSummaryChanged();
+    void selectedRecordingNameChanged();
+    void sessionChanged();
+    void currentCueLabelChanged();
 
 private:
     AppSettings* settingsObject() { return settings_.get(); }
@@ -100,6 +131,7 @@ private:
     LiveInput* inputObject() { return &input_; }
     QLabClient* qlabObject() { return &qlab_.client(); }
 
+    QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
     void wire();
     void applyMeasurementSettings();
     void applyDisplaySettings();
@@ -115,6 +147,9 @@ private:
     IntervalSource* source_;
 
     std::optional<QString> errorMessage_;
+    bool isPresentingNewSession_ = false;
+    std::optional<ShowSession> presentedSummary_;
+    std::optional<QString> selectedRecordingName_;
     bool hasStarted_ = false;
     std::optional<FrequencyWeighting> appliedWeighting_;
     std::optional<MicrophoneCorrection> appliedCorrection_;

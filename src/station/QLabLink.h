@@ -29,6 +29,7 @@ public:
     void applySettings();
 
     QLabClient& client() { return client_; }
+    const QLabClient& client() const { return client_; }
     // How often the settings have been applied, for tests.
     int applyCount() const { return applies_; }
 

@@ -10,6 +10,7 @@
 #include "measurement/InputSettings.h"
 #include "measurement/MeasurementSettings.h"
 #include "qlab/QLabSettings.h"
+#include "recording/DiskSessionFiles.h"
 #include "sessions/SessionSettings.h"
 #include "station/CalibrationRun.h"
 #include "station/LiveInput.h"
@@ -118,13 +119,28 @@ private slots:
         QCOMPARE(link.client().port(), quint16(53001));
     }
 
+    void qlabLinkGivesTheClientAClampedPortAndLocalhostForABlankHost()
+    {
+        QLabSettings qlab(freshStore());
+        QLabLink link(qlab, {}, [this] { return now; });
+        qlab.setPort(70000);
+        qlab.setHost("  ");
+        link.start();
+        QCOMPARE(link.client().port(), quint16(65535));
+        QCOMPARE(link.client().host(), QString("localhost"));
+        qlab.setPort(-1);
+        settle();
+        QCOMPARE(link.client().port(), quint16(0));
+    }
+
     void showSessionsFollowTheMeterSettingTheCorrectionAndTheLevelHistorySwitch()
     {
         SettingsStore& settingsStore = freshStore();
         SessionSettings sessionSettings(settingsStore);
         MeasurementSettings measurement(settingsStore);
-        ShowSessions shows(sessionSettings, measurement);
-        shows.store().setArchivesSessions(false);
+        ShowSessions shows(sessionSettings, measurement, std::make_shared<MeasurementPipeline>(),
+            std::make_shared<DiskSessionFiles>(), folder.filePath("Sessions"));
+        shows.setKeepsFiles(false);
         shows.start();
         QCOMPARE(shows.store().meterSetting(), QString("A / Fast"));
         QVERIFY(shows.store().recordsLevelHistory());
