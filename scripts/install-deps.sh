@@ -11,7 +11,8 @@ packages=(
   qt6-base-dev qt6-multimedia-dev
   qt6-declarative-dev qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
   qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
-  qml6-module-qtquick-templates qml6-module-qtquick-window fonts-material-design-icons-iconfont
+  qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qtquick-dialogs
+  fonts-material-design-icons-iconfont
   xvfb
   pulseaudio pulseaudio-utils
   libfftw3-dev

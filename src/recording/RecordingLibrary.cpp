@@ -82,8 +82,10 @@ std::optional<QString> RecordingLibrary::moveToTrash(const Recording& recording)
 
 std::optional<qint64> RecordingLibrary::availableSpace() const
 {
+    // Before the first show the folder isn't there yet: ask the volume it will be on.
     QString where = sessionsFolder_;
-    if (!QFileInfo(where).isDir()) where = QFileInfo(where).absolutePath();
+    while (!QFileInfo(where).isDir() && QFileInfo(where).absolutePath() != where)
+        where = QFileInfo(where).absolutePath();
     const QStorageInfo volume(where);
     if (!volume.isValid() || !volume.isReady()) return std::nullopt;
     return volume.bytesAvailable();

@@ -34,6 +34,7 @@ class AppModel : public QObject {
     Q_PROPERTY(ostrel::AudioInput* audio READ audioObject CONSTANT)
     Q_PROPERTY(ostrel::LiveInput* input READ inputObject CONSTANT)
     Q_PROPERTY(ostrel::QLabClient* qlab READ qlabObject CONSTANT)
+    Q_PROPERTY(ostrel::SessionStore* sessions READ sessionsObject CONSTANT)
     Q_PROPERTY(bool isPresentingNewSession READ isPresentingNewSession WRITE setPresentingNewSession
             NOTIFY isPresentingNewSessionChanged)
     Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY sessionChanged)
@@ -130,6 +131,7 @@ private:
     AudioInput* audioObject() { return &input_.audio(); }
     LiveInput* inputObject() { return &input_; }
     QLabClient* qlabObject() { return &qlab_.client(); }
+    SessionStore* sessionsObject() { return &sessions_.store(); }
 
     QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
     void wire();

@@ -7,12 +7,15 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 5> entries {{
+constexpr std::array<Symbols::Entry, 8> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
     {"record.circle", "radio_button_checked", "\u25C9"},
     {"exclamationmark.triangle.fill", "warning", "!"},
+    {"internaldrive", "storage", "\u25A4"},
+    {"list.bullet", "list", "\u2630"},
+    {"play.fill", "play_arrow", "\u25B6"},
 }};
 
 bool fontInstalled = false;

@@ -1,7 +1,9 @@
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Dialogs
 import Ostrel.Components
 import Ostrel.Main
+import Ostrel.Sessions
 
 // The station's main window. The shell shows it, maximised unless the model is inert.
 ApplicationWindow {
@@ -26,10 +28,52 @@ ApplicationWindow {
     palette.toolTipText: Theme.primary
     palette.highlight: Theme.accent
 
+    menuBar: SessionMenuBar {
+        commands: sessionCommands
+        onExportRequested: window.exportSession(false, false)
+        onCueHistoryRequested: {
+            cueHistory.show()
+            cueHistory.raise()
+        }
+    }
+
+    function exportSession(levels, fromSummary) {
+        if (sessionCommands.prepareExport(levels, fromSummary)) {
+            exportDialog.currentFile = sessionCommands.proposedFile
+            exportDialog.open()
+        }
+    }
+
+    SessionCommands {
+        id: sessionCommands
+        appModel: window.appModel
+    }
+
     MainScreen {
         id: mainScreen
         objectName: "mainScreen"
         anchors.fill: parent
         appModel: window.appModel
+    }
+
+    NewSessionSheet {
+        appModel: window.appModel
+    }
+    SessionSummarySheet {
+        appModel: window.appModel
+        commands: sessionCommands
+        onExportRequested: levels => window.exportSession(levels, true)
+    }
+    FileDialog {
+        id: exportDialog
+        objectName: "exportDialog"
+        fileMode: FileDialog.SaveFile
+        nameFilters: ["Comma-separated values (*.csv)"]
+        defaultSuffix: "csv"
+        onAccepted: sessionCommands.exportTo(selectedFile)
+    }
+    CueHistoryWindow {
+        id: cueHistory
+        sessions: window.appModel.sessions
     }
 }

@@ -1,0 +1,193 @@
+// The session sheets and the cue history drawn off screen, light and dark, at two sizes; the
+// pictures stay in the build tree for a look.
+#include <QDir>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include "app/SilentCaptureBackend.h"
+#include "measurement/SPLMath.h"
+#include "station/AppModel.h"
+#include "views/components/Symbols.h"
+
+Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_QLabPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_SessionsPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
+
+using namespace ostrel;
+
+namespace {
+
+struct Station {
+    QTemporaryDir folder;
+    std::unique_ptr<QSettings> store;
+    std::unique_ptr<AppModel> model;
+    QQmlApplicationEngine engine;
+    QQuickWindow* window = nullptr;
+
+    explicit Station(AppearanceMode appearance)
+    {
+        store = std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat);
+        model = std::make_unique<AppModel>(AppModel::Mode::inert,
+            std::make_unique<AppSettings>(*store), std::make_unique<SilentCaptureBackend>());
+        model->settings().display().setAppearance(appearance);
+        model->start();
+        engine.addImportPath(QStringLiteral("qrc:/"));
+        engine.setInitialProperties(
+            {{QStringLiteral("appModel"), QVariant::fromValue(model.get())}});
+        engine.load(QUrl(QStringLiteral("qrc:/Ostrel/Main/ContentView.qml")));
+        if (!engine.rootObjects().isEmpty())
+            window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+    }
+
+    QObject* find(const char* name) const
+    {
+        return window ? window->findChild<QObject*>(QLatin1String(name)) : nullptr;
+    }
+
+    QImage render(QSize size)
+    {
+        window->resize(size);
+        window->show();
+        if (!QTest::qWaitForWindowExposed(window)) return {};
+        QSignalSpy frames(window, &QQuickWindow::frameSwapped);
+        window->requestUpdate();
+        frames.wait(2000);
+        QTest::qWait(300); // the dialogs' enter transitions
+        return window->grabWindow();
+    }
+};
+
+QLabCue cue(const QString& number, const QString& name)
+{
+    QLabCue result;
+    result.id = name;
+    result.number = number;
+    result.name = name;
+    result.type = QStringLiteral("Audio");
+    return result;
+}
+
+void save(const QImage& image, const QString& name)
+{
+    QDir().mkpath(QStringLiteral(OSTREL_SCREENSHOT_DIR));
+    image.save(QStringLiteral(OSTREL_SCREENSHOT_DIR "/") + name);
+}
+
+// Pixels of `area` that differ clearly from its centre's colour: drawn text and lines.
+int drawnPixels(const QImage& image, QRect area)
+{
+    const QColor ground = image.pixelColor(area.center());
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x)
+            if (std::abs(image.pixelColor(x, y).lightness() - ground.lightness()) > 80) ++count;
+    return count;
+}
+
+// An item's place in the window; a dialog's is that of its content.
+QRect sceneRect(QObject* object)
+{
+    auto* item = qobject_cast<QQuickItem*>(object);
+    if (!item && object) item = object->property("contentItem").value<QQuickItem*>();
+    if (!item) return {};
+    return item->mapRectToScene(QRectF(0, 0, item->width(), item->height())).toAlignedRect();
+}
+
+} // namespace
+
+class SessionViewsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QQuickStyle::setStyle(QStringLiteral("Fusion"));
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        Symbols::installFont();
+    }
+
+    void theNewSessionSheetComesUpOverTheWindow_data()
+    {
+        QTest::addColumn<int>("appearance");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("light 560x720") << int(AppearanceMode::light) << QSize(560, 720);
+        QTest::newRow("dark 560x720") << int(AppearanceMode::dark) << QSize(560, 720);
+        QTest::newRow("dark 1120x1440") << int(AppearanceMode::dark) << QSize(1120, 1440);
+    }
+
+    void theNewSessionSheetComesUpOverTheWindow()
+    {
+        QFETCH(int, appearance);
+        QFETCH(QSize, size);
+        Station station(static_cast<AppearanceMode>(appearance));
+        QVERIFY(station.window);
+        station.model->requestNewSession();
+        const QImage image = station.render(size);
+        QVERIFY(!image.isNull());
+        auto* sheet = station.find("newSessionSheet");
+        QVERIFY(sheet);
+        QVERIFY(sheet->property("visible").toBool());
+        QCOMPARE(sheet->property("width").toDouble(), 400.0);
+        auto* name = station.find("sessionName");
+        QVERIFY(name);
+        QCOMPARE(name->property("placeholderText").toString(), QString("Friday Night Performance"));
+        const QRect area = sceneRect(name).adjusted(0, -120, 0, 80);
+        QVERIFY(drawnPixels(image, area.intersected(image.rect())) > 200);
+        save(image,
+            QStringLiteral("new-session-%1-%2x%3.png")
+                .arg(appearance == int(AppearanceMode::dark) ? "dark" : "light")
+                .arg(size.width())
+                .arg(size.height()));
+    }
+
+    void theSummaryComesUpWhenTheShowEnds_data() { theNewSessionSheetComesUpOverTheWindow_data(); }
+
+    void theSummaryComesUpWhenTheShowEnds()
+    {
+        QFETCH(int, appearance);
+        QFETCH(QSize, size);
+        Station station(static_cast<AppearanceMode>(appearance));
+        QVERIFY(station.window);
+        // Fifty minutes of a show that ends now.
+        Date at = addingSeconds(std::chrono::system_clock::now(), -3000.0);
+        station.model->shows().startSession("Friday Night Performance", at);
+        station.model->qlab().simulate(QLabClientState::connected, "Show", {cue("1", "Overture")});
+        // One interval a second is enough for the figures, and quick to feed.
+        for (int i = 0; i < 2999; ++i) {
+            at = addingSeconds(at, 1.0);
+            MeasurementInterval interval;
+            interval.sampleCount = 4800;
+            interval.level = 78.0 + (i % 20) * 0.3;
+            interval.energy = SPLMath::power(interval.level) * 4800.0;
+            interval.peakPower = SPLMath::power(interval.level + 6.0);
+            interval.maxLevel = interval.level + 1.0;
+            interval.rawEnergy = SPLMath::power(-20.0) * 4800.0;
+            station.model->ingest(interval, at);
+        }
+        station.model->qlab().simulate(QLabClientState::connected, "Show", {});
+        station.model->endSession();
+        const QImage image = station.render(size);
+        auto* summary = station.find("sessionSummary");
+        QVERIFY(summary);
+        QVERIFY(summary->property("visible").toBool());
+        QCOMPARE(summary->property("width").toDouble(), 420.0);
+        save(image,
+            QStringLiteral("session-summary-%1-%2x%3.png")
+                .arg(appearance == int(AppearanceMode::dark) ? "dark" : "light")
+                .arg(size.width())
+                .arg(size.height()));
+        QVERIFY(drawnPixels(image, sceneRect(summary).intersected(image.rect())) > 400);
+    }
+};
+
+QTEST_MAIN(SessionViewsTest)
+#include "SessionViewsTest.moc"
