@@ -41,6 +41,20 @@ double levelAt(int index, int count)
 
 } // namespace
 
+std::vector<CueRecord> cues(Date end)
+{
+    const auto cue = [end](const char* number, const char* name, double secondsBeforeEnd) {
+        CueRecord record;
+        record.number = QString::fromUtf8(number);
+        record.name = QString::fromUtf8(name);
+        record.type = QStringLiteral("Audio");
+        record.start = addingSeconds(end, -secondsBeforeEnd);
+        return record;
+    };
+    // One without a number, as a cue fired by hand often is.
+    return {cue("12", "Preshow", 54.0), cue("", "House out", 44.0), cue("14", "Overture", 24.0)};
+}
+
 void feed(AppModel& model, Date end)
 {
     constexpr int count = seconds * intervalsPerSecond;
@@ -49,8 +63,8 @@ void feed(AppModel& model, Date end)
         const Date at = addingSeconds(start, static_cast<double>(index + 1) / intervalsPerSecond);
         model.ingest(interval(levelAt(index, count)), at);
     }
-    model.meter().addMarker(QStringLiteral("Q 12  Preshow"), addingSeconds(end, -54.0));
-    model.meter().addMarker(QStringLiteral("Q 14  Overture"), addingSeconds(end, -24.0));
+    for (const CueRecord& cue : cues(end))
+        model.meter().addMarker(cue.markerLabel(), cue.start);
     model.qlab().simulate(QLabClientState::connected, QStringLiteral("Evening Show"), {});
 }
 

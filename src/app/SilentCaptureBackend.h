@@ -15,10 +15,8 @@ public:
     std::vector<AudioInputDevice> inputDevices() override { return {}; }
     std::optional<QString> defaultInputDeviceUID() override { return std::nullopt; }
     bool requestPermission() override { return true; }
-    std::optional<Format> inputFormat(const AudioInputDevice&, double) override
-    {
-        return std::nullopt;
-    }
+    std::optional<Format> inputFormat(const AudioInputDevice&) override { return std::nullopt; }
+    bool setNominalSampleRate(const AudioInputDevice&, double) override { return false; }
     std::optional<QString> start(
         const AudioInputDevice&, const Format&, MeasurementPipeline::TapProvider) override
     {

@@ -22,6 +22,8 @@ public:
         int channelCount = 0;
         double sampleRate = 0.0;
         bool interleaved = true;
+        // The most frames one delivery can hold, so that the tap is sized before the stream.
+        int largestBlock = 0;
     };
 
     using QObject::QObject;
@@ -31,10 +33,12 @@ public:
     virtual std::optional<QString> defaultInputDeviceUID() = 0;
     // False when the platform refuses microphone access.
     virtual bool requestPermission() = 0;
-    // The format a capture of this device would deliver; absent when the device can't be used.
-    virtual std::optional<Format> inputFormat(
-        const AudioInputDevice& device, double requestedSampleRate)
-        = 0;
+    // The format a capture of this device would deliver, at the device's own rate; absent when
+    // the device can't be used.
+    virtual std::optional<Format> inputFormat(const AudioInputDevice& device) = 0;
+    // Sets the rate the device runs at from now on, for every capture of it; false, and nothing
+    // changed, when the device refuses the rate.
+    virtual bool setNominalSampleRate(const AudioInputDevice& device, double rate) = 0;
     // Starts delivering buffers to `tap` on the audio thread; an error text on failure.
     virtual std::optional<QString> start(
         const AudioInputDevice& device, const Format& format, MeasurementPipeline::TapProvider tap)

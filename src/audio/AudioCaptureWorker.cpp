@@ -12,8 +12,9 @@ std::optional<QString> AudioCaptureWorker::start(
     source_->setBufferSize(format.bytesForDuration(bufferMicroseconds));
     tap_ = std::move(tap);
     bytesPerFrame_ = format.bytesPerFrame();
-    // Room for a tenth of a second per read, sized once here and never on the audio path.
-    buffer_.assign(static_cast<std::size_t>(format.bytesForDuration(100000)), std::byte {0});
+    // Sized once here and never on the audio path.
+    buffer_.assign(
+        static_cast<std::size_t>(format.bytesForFrames(largestBlock(format))), std::byte {0});
     channelCount_ = format.channelCount();
     io_ = source_->start();
     if (!io_ || source_->error() != QAudio::NoError) {

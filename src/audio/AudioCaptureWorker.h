@@ -22,6 +22,13 @@ public:
     // The capture buffer: short enough that the first reading comes at once (a long buffer on
     // PulseAudio delivers nothing for the first second), long enough to ride out a busy moment.
     static constexpr int bufferMicroseconds = 20000;
+    // What one read takes at most, and so the largest block handed to the tap.
+    static constexpr int readMicroseconds = 100000;
+
+    static int largestBlock(const QAudioFormat& format)
+    {
+        return format.framesForDuration(readMicroseconds);
+    }
 
     std::optional<QString> start(const QAudioDevice& device, const QAudioFormat& format,
         MeasurementPipeline::TapProvider tap);

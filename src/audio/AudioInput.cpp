@@ -80,8 +80,8 @@ void AudioInput::start(const QString& deviceUID, qint64 channel)
 
 void AudioInput::stop()
 {
+    // A pending restart stays scheduled and finds wantsToRun_ false.
     wantsToRun_ = false;
-    restartTimer_.stop();
     stopEngine();
     setStatus(Status::stopped);
 }
@@ -96,17 +96,16 @@ void AudioInput::select(const QString& deviceUID, qint64 channel)
 
 void AudioInput::setSampleRate(double rate)
 {
-    if (!activeDevice_ || rate == sampleRate_) return;
-    const auto& offered = activeDevice_->availableSampleRates;
-    // Only rates the device reports; anything else changes nothing and says nothing.
-    if (std::find(offered.begin(), offered.end(), rate) == offered.end()) return;
-    requestedSampleRate_ = rate;
+    if (!activeDevice_ || activeDevice_->nominalSampleRate == rate) return;
+    // The rate belongs to the device, not to the input: another interface keeps its own. A rate
+    // the device refuses changes nothing and says nothing; the running capture goes on.
+    if (!backend_->setNominalSampleRate(*activeDevice_, rate)) return;
     restart();
 }
 
+// Does not cancel a pending debounced restart: only a new hardware event moves that.
 void AudioInput::restart()
 {
-    restartTimer_.stop();
     ++restartCount_;
     stopEngine();
     refreshDevices();
@@ -117,9 +116,9 @@ void AudioInput::restart()
         setStatus(Status::deviceUnavailable);
         return;
     }
-    const auto format = backend_->inputFormat(*device, requestedSampleRate_.value_or(0.0));
+    // Only a missing device clears activeDevice: one that fails to start stays the chosen one.
+    const auto format = backend_->inputFormat(*device);
     if (!format || format->channelCount < 1 || !(format->sampleRate > 0.0)) {
-        setActiveDevice(std::nullopt);
         setStatus(Status::deviceUnavailable);
         return;
     }
@@ -127,14 +126,15 @@ void AudioInput::restart()
     // A channel that no longer exists falls back to the last one that does.
     const qint64 channel
         = std::min<qint64>(format->channelCount - 1, std::max<qint64>(requestedChannel_, 0));
-    qCInfo(ostrelAudio, "Starting %s: %u ch @ %f Hz, interleaved: %d", qUtf8Printable(device->name),
+    qCInfo(ostrelAudio, "Starting %s: %u ch @ %f Hz, interleaved: %s", qUtf8Printable(device->name),
         static_cast<unsigned>(format->channelCount), format->sampleRate,
-        format->interleaved ? 1 : 0);
+        format->interleaved ? "true" : "false");
     pipeline_->prepare(format->sampleRate);
 
     QPointer<AudioInput> self(this);
     auto tap = MeasurementPipeline::makeTapProvider(
         pipeline_, static_cast<int>(channel),
+        static_cast<std::size_t>(std::max(format->largestBlock, 0)),
         [self](MeasurementInterval interval) {
             // The owner may be gone by the time the main thread gets here.
             if (self && self->onInterval) self->onInterval(interval);
@@ -145,7 +145,6 @@ void AudioInput::restart()
 
     if (const auto error = backend_->start(*device, *format, std::move(tap))) {
         qCWarning(ostrelAudio, "engine.start failed: %s", qUtf8Printable(*error));
-        setActiveDevice(std::nullopt);
         setStatus(Status::failed);
         return;
     }

@@ -53,6 +53,7 @@ public:
     std::function<void(const MeasurementInterval&)> onInterval;
 
     void setRestartDelay(int milliseconds) { restartTimer_.setInterval(milliseconds); }
+    int restartDelay() const { return restartTimer_.interval(); }
     // Restarts performed, for tests and diagnostics.
     int restartCount() const { return restartCount_; }
 
@@ -87,7 +88,6 @@ private:
     qint64 measuredChannel_ = 0;
     QString requestedUID_;
     qint64 requestedChannel_ = 0;
-    std::optional<double> requestedSampleRate_;
     bool listening_ = false;
     bool wantsToRun_ = false;
     bool engineRunning_ = false;

@@ -1,6 +1,7 @@
 #include "audio/QtAudioCaptureBackend.h"
 
 #include <QAudioFormat>
+#include <algorithm>
 
 #include "audio/AudioCaptureWorker.h"
 
@@ -61,6 +62,7 @@ std::vector<AudioInputDevice> QtAudioCaptureBackend::inputDevices()
     std::vector<AudioInputDevice> devices;
     for (const auto& device : QMediaDevices::audioInputs()) {
         auto described = describe(device);
+        described.nominalSampleRate = rateOf(device);
         if (described.inputChannels > 0) devices.push_back(std::move(described));
     }
     return devices;
@@ -87,24 +89,52 @@ std::optional<QAudioDevice> QtAudioCaptureBackend::find(const QString& uid) cons
     return std::nullopt;
 }
 
+double QtAudioCaptureBackend::rateOf(const QAudioDevice& device) const
+{
+    const auto chosen = chosenRates_.find(QString::fromUtf8(device.id()));
+    return chosen != chosenRates_.end() ? chosen->second : device.preferredFormat().sampleRate();
+}
+
+namespace {
+
+QAudioFormat floatFormat(int channelCount, double sampleRate)
+{
+    QAudioFormat format;
+    format.setChannelCount(channelCount);
+    format.setSampleRate(static_cast<int>(sampleRate));
+    format.setSampleFormat(QAudioFormat::Float);
+    return format;
+}
+
+} // namespace
+
 std::optional<AudioCaptureBackend::Format> QtAudioCaptureBackend::inputFormat(
-    const AudioInputDevice& device, double requestedSampleRate)
+    const AudioInputDevice& device)
 {
     const auto found = find(device.uid);
     if (!found) return std::nullopt;
-    const QAudioFormat preferred = found->preferredFormat();
     // The device's own channel count: a mono request would be downmixed by the server, and
     // PipeWire's downmix reads 3 dB high.
     Format format;
-    format.channelCount = preferred.channelCount();
-    format.sampleRate = requestedSampleRate > 0.0 ? requestedSampleRate : preferred.sampleRate();
+    format.channelCount = found->preferredFormat().channelCount();
+    format.sampleRate = rateOf(*found);
     format.interleaved = true;
-    QAudioFormat wanted;
-    wanted.setChannelCount(format.channelCount);
-    wanted.setSampleRate(static_cast<int>(format.sampleRate));
-    wanted.setSampleFormat(QAudioFormat::Float);
+    const QAudioFormat wanted = floatFormat(format.channelCount, format.sampleRate);
     if (!found->isFormatSupported(wanted)) return std::nullopt;
+    format.largestBlock = AudioCaptureWorker::largestBlock(wanted);
     return format;
+}
+
+bool QtAudioCaptureBackend::setNominalSampleRate(const AudioInputDevice& device, double rate)
+{
+    const auto found = find(device.uid);
+    if (!found) return false;
+    const auto offered = offeredRates(found->minimumSampleRate(), found->maximumSampleRate());
+    if (std::find(offered.begin(), offered.end(), rate) == offered.end()) return false;
+    if (!found->isFormatSupported(floatFormat(found->preferredFormat().channelCount(), rate)))
+        return false;
+    chosenRates_[QString::fromUtf8(found->id())] = rate;
+    return true;
 }
 
 std::optional<QString> QtAudioCaptureBackend::start(
@@ -112,10 +142,7 @@ std::optional<QString> QtAudioCaptureBackend::start(
 {
     const auto found = find(device.uid);
     if (!found) return QStringLiteral("the device %1 is gone").arg(device.name);
-    QAudioFormat wanted;
-    wanted.setChannelCount(format.channelCount);
-    wanted.setSampleRate(static_cast<int>(format.sampleRate));
-    wanted.setSampleFormat(QAudioFormat::Float);
+    const QAudioFormat wanted = floatFormat(format.channelCount, format.sampleRate);
     std::optional<QString> error;
     QMetaObject::invokeMethod(
         worker_, [&] { error = worker_->start(*found, wanted, std::move(tap)); },

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QThread>
 #include <QTimer>
+#include <map>
 
 #include "audio/AudioCaptureBackend.h"
 
@@ -26,8 +27,8 @@ public:
     std::vector<AudioInputDevice> inputDevices() override;
     std::optional<QString> defaultInputDeviceUID() override;
     bool requestPermission() override;
-    std::optional<Format> inputFormat(
-        const AudioInputDevice& device, double requestedSampleRate) override;
+    std::optional<Format> inputFormat(const AudioInputDevice& device) override;
+    bool setNominalSampleRate(const AudioInputDevice& device, double rate) override;
     std::optional<QString> start(const AudioInputDevice& device, const Format& format,
         MeasurementPipeline::TapProvider tap) override;
     void stop() override;
@@ -40,6 +41,8 @@ public:
 
 private:
     std::optional<QAudioDevice> find(const QString& uid) const;
+    // The server's preferred rate unless one was chosen for this device.
+    double rateOf(const QAudioDevice& device) const;
     void poll();
     QStringList snapshot() const;
 
@@ -48,6 +51,9 @@ private:
     AudioCaptureWorker* worker_ = nullptr;
     QTimer pollTimer_;
     QStringList lastSnapshot_;
+    // Rates chosen per device (by id), standing in for the device property a sound server
+    // doesn't offer: each interface keeps its own, and they last as long as the station runs.
+    std::map<QString, double> chosenRates_;
 };
 
 } // namespace ostrel

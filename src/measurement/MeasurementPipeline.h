@@ -4,6 +4,7 @@
 // fed by the audio tap on an audio thread; cuts the stream into intervals of a tenth of a second,
 // hands blocks to the recorder when one is attached, and returns finished intervals so that the
 // tap can post them to the main thread.
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -68,9 +69,12 @@ public:
     using MainThreadPoster = std::function<void(std::function<void()>)>;
 
     // The function the audio tap calls with each buffer. Measures channel `channel` (zero-based)
-    // and posts each finished interval through `postToMain`, where `deliver` runs.
+    // and posts each finished interval through `postToMain`, where `deliver` runs. Its scratch
+    // buffer holds `largestBlock` frames, sized here so that the audio thread never allocates;
+    // a larger block is measured in pieces of that size.
     static TapProvider makeTapProvider(std::shared_ptr<MeasurementPipeline> pipeline, int channel,
-        std::function<void(MeasurementInterval)> deliver, MainThreadPoster postToMain);
+        std::size_t largestBlock, std::function<void(MeasurementInterval)> deliver,
+        MainThreadPoster postToMain);
 
 private:
     mutable std::mutex mutex_;

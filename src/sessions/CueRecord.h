@@ -24,6 +24,10 @@ struct CueRecord {
     QString meterSetting; // the meter setting text at the start
     LevelStatistics statistics;
 
+    // What the level graph writes at the cue's start: its number, or its name where the cue has
+    // no number.
+    QString markerLabel() const { return number.isEmpty() ? name : number; }
+
     // Seconds from `start` to `end`, or to `at` while running.
     double duration(Date at) const;
 

@@ -73,9 +73,8 @@ void AppModel::wire()
     qlab_.onRunningCuesChanged = [this](const std::vector<QLabCue>& cues, Date at) {
         sessions_.updateRunningCues(cues, at);
     };
-    sessions_.store().onCueStarted = [this](const CueRecord& record) {
-        meter_.addMarker(record.number.isEmpty() ? record.name : record.number, record.start);
-    };
+    sessions_.store().onCueStarted
+        = [this](const CueRecord& record) { meter_.addMarker(record.markerLabel(), record.start); };
     // Another input: what was measured belongs to the one before.
     connect(&input_, &LiveInput::inputChanged, &meter_, &MeterModel::resetAll);
     connect(&sessions_, &ShowSessions::failed, this,

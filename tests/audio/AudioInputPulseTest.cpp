@@ -73,6 +73,31 @@ private slots:
         QVERIFY(intervals.back().spectrum.has_value());
     }
 
+    void aChosenRateOpensTheRealDeviceAtItAndARefusedOneChangesNothing()
+    {
+        auto input = makeInput();
+        std::vector<MeasurementInterval> intervals;
+        input->onInterval
+            = [&](const MeasurementInterval& interval) { intervals.push_back(interval); };
+        input->start("testmic", 0);
+        QCOMPARE(input->sampleRate(), 48000.0);
+
+        const int restartsBefore = input->restartCount();
+        input->setSampleRate(12345.0); // not a rate the device offers
+        QCOMPARE(input->restartCount(), restartsBefore);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+
+        input->setSampleRate(96000.0);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+        QCOMPARE(input->sampleRate(), 96000.0);
+        QCOMPARE(input->activeDevice()->nominalSampleRate, 96000.0);
+        intervals.clear();
+        QTRY_VERIFY_WITH_TIMEOUT(intervals.size() >= 3, 5000);
+        QCOMPARE(intervals.back().sampleRate, 96000.0);
+        // A tenth of a second of whole blocks.
+        QVERIFY(intervals.back().sampleCount >= 9600 && intervals.back().sampleCount < 19200);
+    }
+
     void anUnpluggedSourceIsUnavailableAndComesBackOnItsOwn()
     {
         auto input = makeInput();

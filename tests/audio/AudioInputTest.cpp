@@ -5,6 +5,7 @@
 
 #include "FakeCaptureBackend.h"
 #include "audio/AudioInput.h"
+#include "support/AllocationCounter.h"
 
 using namespace ostrel;
 using ostrel::testsupport::device;
@@ -116,7 +117,132 @@ private slots:
         input->setSampleRate(96000.0);
         QCOMPARE(backend->starts, 2);
         QCOMPARE(input->sampleRate(), 96000.0);
+        QCOMPARE(input->activeDevice()->nominalSampleRate, 96000.0);
         QCOMPARE(input->pipeline()->snapshot().intervalLength, 9600);
+    }
+
+    void aChosenRateStaysWithItsDeviceAndDoesNotFollowToTheNext()
+    {
+        make({device("usb", "USB Interface", 2, 48000.0), device("builtin", "Built-in", 2)});
+        input->start("usb", 0);
+        input->setSampleRate(96000.0);
+        QCOMPARE(input->sampleRate(), 96000.0);
+
+        input->select("builtin", 0);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+        QCOMPARE(backend->lastFormat.sampleRate, 48000.0);
+        QCOMPARE(input->sampleRate(), 48000.0);
+
+        input->select("usb", 0);
+        QCOMPARE(backend->lastFormat.sampleRate, 96000.0);
+        QCOMPARE(input->sampleRate(), 96000.0);
+    }
+
+    void aRefusedRateLeavesTheRunningInputAsItWas()
+    {
+        make({device("usb", "USB Interface", 2, 48000.0)});
+        input->start("usb", 1);
+        backend->refuseRates = true;
+        QSignalSpy statusChanges(input.get(), &AudioInput::statusChanged);
+        QSignalSpy deviceChanges(input.get(), &AudioInput::activeDeviceChanged);
+        input->setSampleRate(96000.0);
+        QCOMPARE(backend->starts, 1);
+        QCOMPARE(backend->stops, 0);
+        QVERIFY(backend->running);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+        QCOMPARE(input->sampleRate(), 48000.0);
+        QCOMPARE(input->activeDevice()->nominalSampleRate, 48000.0);
+        QCOMPARE(statusChanges.count(), 0);
+        QCOMPARE(deviceChanges.count(), 0);
+    }
+
+    void withoutAnActiveDeviceARateChangesNothing()
+    {
+        make({device("builtin", "Built-in", 2, 48000.0)});
+        input->start("usb", 0);
+        input->setSampleRate(96000.0);
+        QCOMPARE(backend->devices[0].nominalSampleRate, 48000.0);
+        QCOMPARE(backend->starts, 0);
+    }
+
+    void aDeviceThatFailsToStartStaysTheChosenOneOnlyAMissingOneIsCleared()
+    {
+        make({device("usb", "USB Interface", 4), device("builtin", "Built-in", 2)});
+        input->start("usb", 0);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+
+        backend->startError = QString("busy");
+        input->select("usb", 1);
+        QCOMPARE(input->status(), AudioInput::Status::failed);
+        QVERIFY(input->activeDevice());
+        QCOMPARE(input->activeDevice()->uid, QString("usb"));
+
+        backend->startError.reset();
+        backend->refuseFormat = true;
+        input->select("usb", 2);
+        QCOMPARE(input->status(), AudioInput::Status::deviceUnavailable);
+        QVERIFY(input->activeDevice());
+        QCOMPARE(input->activeDevice()->uid, QString("usb"));
+
+        backend->refuseFormat = false;
+        backend->devices.erase(backend->devices.begin());
+        input->select("usb", 3);
+        QCOMPARE(input->status(), AudioInput::Status::deviceUnavailable);
+        QVERIFY(!input->activeDevice());
+    }
+
+    void aRestartAtOnceLeavesAPendingDebouncedRestartInPlace()
+    {
+        make({device("builtin", "Built-in", 2)});
+        input->start("builtin", 0);
+        backend->reportedFormat = AudioCaptureBackend::Format {1, 48000.0, true};
+        backend->announceConfigurationChange(); // schedules a restart
+        input->select("builtin", 1); // restarts at once
+        QCOMPARE(backend->starts, 2);
+        QTRY_COMPARE(backend->starts, 3);
+        QCOMPARE(input->status(), AudioInput::Status::running);
+        QCOMPARE(input->measuredChannel(), 1);
+    }
+
+    void theRestartDelayIsFourTenthsOfASecondByDefault()
+    {
+        AudioInput fresh(std::make_unique<FakeCaptureBackend>());
+        QCOMPARE(fresh.restartDelay(), 400);
+        QCOMPARE(AudioInput::defaultRestartDelayMs, 400);
+    }
+
+    void theStartLogLineWritesTheInterleavedFlagAsABoolean()
+    {
+        make({device("builtin", "Built-in", 2), device("other", "Other", 1)});
+        QTest::ignoreMessage(
+            QtInfoMsg, "Starting Built-in: 2 ch @ 48000.000000 Hz, interleaved: true");
+        input->start("builtin", 0);
+        backend->interleaved = false;
+        QTest::ignoreMessage(
+            QtInfoMsg, "Starting Other: 1 ch @ 48000.000000 Hz, interleaved: false");
+        input->select("other", 0);
+    }
+
+    void theTapIsSizedForTheLargestBlockBeforeTheStreamStarts()
+    {
+        make({device("builtin", "Built-in", 2, 48000.0)});
+        input->start("", 1);
+        QCOMPARE(backend->lastFormat.largestBlock, 4800);
+        std::vector<float> small(2 * 256, 0.25f);
+        std::vector<float> large(2 * 4096, 0.25f);
+        const AudioBufferView first {reinterpret_cast<const std::byte*>(small.data()), 256, 2,
+            AudioBufferView::SampleFormat::float32};
+        const AudioBufferView second {reinterpret_cast<const std::byte*>(large.data()), 4096, 2,
+            AudioBufferView::SampleFormat::float32};
+        std::size_t allocations = 0;
+        {
+            const testsupport::AllocationCounter counter;
+            backend->tap(first);
+            backend->tap(second);
+            allocations = counter.count();
+        }
+        QCOMPARE(allocations, std::size_t {0});
+        QCOMPARE(input->pipeline()->snapshot().processor.pendingSampleCount(), 256 + 4096);
     }
 
     void aConfigurationNoticeWithTheSameFormatWhileRunningDoesNothing()

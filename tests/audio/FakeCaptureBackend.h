@@ -2,6 +2,7 @@
 
 // A scripted capture system: the test sets the device list, the default and permission, and
 // sees every start and stop.
+#include <algorithm>
 #include <vector>
 
 #include "audio/AudioCaptureBackend.h"
@@ -16,6 +17,11 @@ public:
     std::optional<QString> defaultUID;
     bool permission = true;
     std::optional<QString> startError;
+    // The device gives no usable format.
+    bool refuseFormat = false;
+    // Every rate change is refused, as by a device locked to its clock.
+    bool refuseRates = false;
+    bool interleaved = true;
     int starts = 0;
     int stops = 0;
     bool running = false;
@@ -28,14 +34,28 @@ public:
     std::vector<AudioInputDevice> inputDevices() override { return devices; }
     std::optional<QString> defaultInputDeviceUID() override { return defaultUID; }
     bool requestPermission() override { return permission; }
-    std::optional<Format> inputFormat(const AudioInputDevice& device, double requested) override
+    std::optional<Format> inputFormat(const AudioInputDevice& device) override
     {
+        if (refuseFormat) return std::nullopt;
         for (const auto& listed : devices) {
             if (listed.uid == device.uid)
-                return Format {static_cast<int>(listed.inputChannels),
-                    requested > 0 ? requested : listed.nominalSampleRate, true};
+                return Format {static_cast<int>(listed.inputChannels), listed.nominalSampleRate,
+                    interleaved, static_cast<int>(listed.nominalSampleRate / 10)};
         }
         return std::nullopt;
+    }
+    // Like a device property: the rate stays with the listed device.
+    bool setNominalSampleRate(const AudioInputDevice& device, double rate) override
+    {
+        for (auto& listed : devices) {
+            if (listed.uid != device.uid) continue;
+            const auto& offered = listed.availableSampleRates;
+            if (refuseRates || std::find(offered.begin(), offered.end(), rate) == offered.end())
+                return false;
+            listed.nominalSampleRate = rate;
+            return true;
+        }
+        return false;
     }
     std::optional<QString> start(const AudioInputDevice& device, const Format& format,
         MeasurementPipeline::TapProvider provider) override

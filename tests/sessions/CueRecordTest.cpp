@@ -124,3 +124,13 @@ TEST(CueRecord, BadDateNamesItselfInTheError)
     EXPECT_FALSE(CueRecord::fromJson(json, &error).has_value());
     EXPECT_EQ(error, "Not an ISO 8601 date: tomorrow");
 }
+
+TEST(CueRecord, AMarkerIsTheCueNumberOrItsNameWhereTheNumberIsEmpty)
+{
+    CueRecord record = sampleRecord();
+    record.number = "12";
+    record.name = "Preshow";
+    EXPECT_EQ(record.markerLabel(), "12");
+    record.number.clear();
+    EXPECT_EQ(record.markerLabel(), "Preshow");
+}

@@ -110,3 +110,21 @@ TEST_F(BrightnessOverlayTest, WithoutDisplaySettingsTheWindowStaysClear)
     EXPECT_EQ(overlay.display(), nullptr);
     EXPECT_EQ(overlay.overlayOpacity(), 0.0);
 }
+
+TEST_F(BrightnessOverlayTest, TheSliderRunsInWholePercentSoItsValueIsWhatIsSpoken)
+{
+    auto model = make(AppModel::Mode::inert);
+    BrightnessOverlay overlay;
+    show(overlay, *model);
+    EXPECT_EQ(overlay.minimumPercent(), 20);
+    EXPECT_EQ(overlay.maximumPercent(), 100);
+    model->display().setScreenBrightness(0.456);
+    EXPECT_EQ(overlay.percent(), 46);
+    EXPECT_EQ(overlay.accessibleValue(), "46 percent");
+    overlay.setPercent(60);
+    EXPECT_EQ(model->display().screenBrightness(), 0.6);
+    EXPECT_EQ(overlay.percent(), 60);
+    EXPECT_EQ(overlay.accessibleValue(), "60 percent");
+    overlay.setPercent(5);
+    EXPECT_EQ(overlay.percent(), 20);
+}

@@ -1,5 +1,6 @@
 // The main screen drawn off screen with the station's own QML over an inert model fed with
 // sample readings: at the reference size, the narrowest and a wall display.
+#include <QAccessible>
 #include <QDir>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -140,6 +141,35 @@ double meanLightness(const QImage& image)
     return sum / (image.width() * image.height());
 }
 
+double brightest(const QImage& image, QRect area)
+{
+    double most = 0.0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x)
+            most = std::max<double>(most, image.pixelColor(x, y).lightnessF());
+    }
+    return most;
+}
+
+// Rows of `area` that hold a pixel standing out from its top left corner: the drawn height.
+int inkHeight(const QImage& image, QRect area)
+{
+    if (area.isEmpty()) return 0;
+    const int background = image.pixelColor(area.topLeft()).lightness();
+    int top = -1;
+    int bottom = -1;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (std::abs(image.pixelColor(x, y).lightness() - background) > 100) {
+                if (top < 0) top = y;
+                bottom = y;
+                break;
+            }
+        }
+    }
+    return top < 0 ? 0 : bottom - top + 1;
+}
+
 bool save(const QImage& image, const QString& name)
 {
     QDir().mkpath(QStringLiteral(OSTREL_SCREENSHOT_DIR));
@@ -163,20 +193,18 @@ private slots:
     {
         QTest::addColumn<QSize>("size");
         QTest::addColumn<bool>("dark");
-        QTest::addColumn<double>("lowestScale");
-        QTest::addColumn<double>("highestScale");
-        // The toolbar takes its row, so the monitor gets a little less than the window.
-        QTest::newRow("560x720") << QSize(560, 720) << true << 0.9 << 1.0;
-        QTest::newRow("280x720") << QSize(280, 720) << false << 0.8 << 0.8;
-        QTest::newRow("1680x2160") << QSize(1680, 2160) << true << 2.9 << 3.0;
+        QTest::addColumn<double>("scale");
+        // The monitor gets the whole window, the toolbar floating over it.
+        QTest::newRow("560x720") << QSize(560, 720) << true << 1.0;
+        QTest::newRow("280x720") << QSize(280, 720) << false << 0.8;
+        QTest::newRow("1680x2160") << QSize(1680, 2160) << true << 3.0;
     }
 
     void drawsTheSampleReadings()
     {
         QFETCH(QSize, size);
         QFETCH(bool, dark);
-        QFETCH(double, lowestScale);
-        QFETCH(double, highestScale);
+        QFETCH(double, scale);
 
         Station station(AppModel::Mode::inert, dark ? AppearanceMode::dark : AppearanceMode::light);
         SampleContent::feed(*station.model, std::chrono::system_clock::now());
@@ -196,9 +224,8 @@ private slots:
         QVERIFY(monitor);
         auto* layout = qobject_cast<MonitorLayout*>(monitor->property("layout").value<QObject*>());
         QVERIFY(layout);
-        QCOMPARE(layout->scale(), MonitorLayout::scaleFor(monitor->width(), monitor->height()));
-        QVERIFY2(layout->scale() >= lowestScale && layout->scale() <= highestScale,
-            qPrintable(QString::number(layout->scale())));
+        QCOMPARE(screen.rectOf("monitorView"), QRect(QPoint(0, 0), size));
+        QCOMPARE(layout->scale(), scale);
         QVERIFY(
             std::abs(number->property("font").value<QFont>().pixelSize() - layout->readoutSize())
             <= 1.0);
@@ -229,18 +256,122 @@ private slots:
         QVERIFY2(contrastingPixels(image, statusArea) > 20, "the QLab status is not drawn");
     }
 
-    void dimmingDarkensTheWholeWindow()
+    void dimmingDarkensTheMonitorButNotTheToolbar()
     {
         Station station(AppModel::Mode::inert, AppearanceMode::light);
         SampleContent::feed(*station.model, std::chrono::system_clock::now());
         Screen screen(*station.model);
-        const double bright = meanLightness(render(screen, QSize(560, 720)));
+        const QImage clear = render(screen, QSize(560, 720));
         station.model->settings().display().setScreenBrightness(0.2);
         const QImage dimmed = render(screen, QSize(560, 720));
         QVERIFY(save(dimmed, QStringLiteral("main-screen-dimmed.png")));
-        // Black at 0.8 over everything leaves a fifth of the light.
-        QVERIFY2(std::abs(meanLightness(dimmed) / bright - 0.2) < 0.03,
-            qPrintable(QStringLiteral("%1 -> %2").arg(bright).arg(meanLightness(dimmed))));
+
+        // Black at 0.8 over the readings leaves a fifth of their light.
+        const QRect footer = screen.rectOf("statisticsFooter");
+        const double before = meanLightness(clear.copy(footer));
+        const double after = meanLightness(dimmed.copy(footer));
+        QVERIFY2(std::abs(after / before - 0.2) < 0.03,
+            qPrintable(QStringLiteral("%1 -> %2").arg(before).arg(after)));
+        // The slider that brightens the screen keeps its full light: its brightest pixels (the
+        // handle) stay as bright as at full brightness.
+        const QRect slider = screen.rectOf("brightnessSlider");
+        QVERIFY(!slider.isEmpty());
+        const double handleBefore = brightest(clear, slider);
+        const double handleAfter = brightest(dimmed, slider);
+        QVERIFY2(handleBefore > 0.5 && std::abs(handleAfter - handleBefore) < 0.02,
+            qPrintable(QStringLiteral("%1 -> %2").arg(handleBefore).arg(handleAfter)));
+    }
+
+    void theToolbarFloatsOverTheReadingsClearOfTheCornersAndTheCaption_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("480x600") << QSize(480, 600);
+        QTest::newRow("560x720") << QSize(560, 720);
+        QTest::newRow("1680x2160") << QSize(1680, 2160);
+    }
+
+    void theToolbarFloatsOverTheReadingsClearOfTheCornersAndTheCaption()
+    {
+        QFETCH(QSize, size);
+        Station station(AppModel::Mode::inert, AppearanceMode::dark);
+        SampleContent::feed(*station.model, std::chrono::system_clock::now());
+        Screen screen(*station.model);
+        render(screen, size);
+        const QRect toolbar = screen.rectOf("toolbar");
+        QVERIFY(!toolbar.isEmpty());
+        QCOMPARE(toolbar.top(), 0);
+        QVERIFY(screen.rectOf("monitorView").contains(toolbar));
+        const QRect status = screen.rectOf("qlabStatus");
+        const QRect caption = screen.rectOf("currentCueCaption");
+        QVERIFY(!status.isEmpty() && !caption.isEmpty());
+        QVERIFY2(!toolbar.intersects(status),
+            qPrintable(QStringLiteral("toolbar %1..%2, status from %3")
+                           .arg(toolbar.left())
+                           .arg(toolbar.right())
+                           .arg(status.left())));
+        QVERIFY(!toolbar.intersects(caption));
+    }
+
+    void theReadoutGrowsInProportionToTheWindow()
+    {
+        Station station(AppModel::Mode::inert, AppearanceMode::dark);
+        SampleContent::feed(*station.model, std::chrono::system_clock::now());
+        Screen screen(*station.model);
+        // The number's font size, and the height of its drawn glyphs.
+        const auto measure = [&screen](QSize size) {
+            const QImage image = render(screen, size);
+            const QQuickItem* number = screen.item("levelNumber");
+            return std::pair {number ? number->property("font").value<QFont>().pixelSize() : 0,
+                inkHeight(image, screen.rectOf("levelNumber"))};
+        };
+        const auto [referenceSize, referenceInk] = measure(QSize(560, 720));
+        const auto [doubledSize, doubledInk] = measure(QSize(1120, 1440));
+        QCOMPARE(referenceSize, 132);
+        QCOMPARE(doubledSize, 264);
+        // Rasterising leaves a pixel or two either way.
+        QVERIFY(referenceInk > 50);
+        QVERIFY2(std::abs(doubledInk - 2 * referenceInk) <= 2,
+            qPrintable(QStringLiteral("%1 -> %2").arg(referenceInk).arg(doubledInk)));
+    }
+
+    void theBrightnessSliderSpeaksItsNameAndPercent()
+    {
+        Station station(AppModel::Mode::inert, AppearanceMode::dark);
+        station.model->settings().display().setScreenBrightness(0.6);
+        Screen screen(*station.model);
+        render(screen, QSize(560, 720));
+        QQuickItem* slider = screen.item("brightnessSlider");
+        QVERIFY(slider);
+        QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(slider);
+        QVERIFY(spoken);
+        QCOMPARE(spoken->role(), QAccessible::Slider);
+        QCOMPARE(spoken->text(QAccessible::Name), QStringLiteral("Screen brightness"));
+        QCOMPARE(spoken->text(QAccessible::Description), QStringLiteral("60 percent"));
+        QVERIFY(spoken->valueInterface());
+        QCOMPARE(spoken->valueInterface()->currentValue().toDouble(), 60.0);
+        QCOMPARE(spoken->valueInterface()->minimumValue().toDouble(), 20.0);
+        QCOMPARE(spoken->valueInterface()->maximumValue().toDouble(), 100.0);
+
+        // Set by a screen reader, it writes the setting and says the new percentage; a shortcut
+        // afterwards still moves it.
+        spoken->valueInterface()->setCurrentValue(45);
+        QTRY_COMPARE(station.model->settings().display().screenBrightness(), 0.45);
+        QTRY_COMPARE(spoken->text(QAccessible::Description), QStringLiteral("45 percent"));
+        station.model->settings().display().setScreenBrightness(0.8);
+        QTRY_COMPARE(spoken->valueInterface()->currentValue().toDouble(), 80.0);
+    }
+
+    void theSampleMarkersAreLabelledAsRunningCuesAre()
+    {
+        Station station(AppModel::Mode::inert, AppearanceMode::dark);
+        const auto end = std::chrono::system_clock::now();
+        SampleContent::feed(*station.model, end);
+        QStringList labels;
+        for (const auto& marker : station.model->meter().markers())
+            labels << marker.label;
+        QCOMPARE(labels, (QStringList {"12", "House out", "14"}));
+        for (const CueRecord& cue : SampleContent::cues(end))
+            QVERIFY(cue.number.isEmpty() || labels.contains(cue.number));
     }
 
     void aMachineWithoutInputShowsTheNoticeAndKeepsTheFooter()

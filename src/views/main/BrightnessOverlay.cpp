@@ -23,9 +23,14 @@ QKeySequence dimmerKeys()
 
 BrightnessOverlay::BrightnessOverlay(QObject* parent) : ViewModel(parent) { }
 
+int BrightnessOverlay::percentOf(double brightness)
+{
+    return static_cast<int>(std::lround(brightness * 100.0));
+}
+
 QString BrightnessOverlay::accessibleValue(double brightness)
 {
-    return QStringLiteral("%1 percent").arg(std::llround(brightness * 100.0));
+    return QStringLiteral("%1 percent").arg(percentOf(brightness));
 }
 
 void BrightnessOverlay::setBrightness(double value)

@@ -23,6 +23,9 @@ class BrightnessOverlay : public ostrel::ViewModel {
     Q_PROPERTY(bool canDim READ canDim NOTIFY brightnessChanged)
     Q_PROPERTY(double minimum READ minimum CONSTANT)
     Q_PROPERTY(double maximum READ maximum CONSTANT)
+    Q_PROPERTY(int percent READ percent NOTIFY brightnessChanged)
+    Q_PROPERTY(int minimumPercent READ minimumPercent CONSTANT)
+    Q_PROPERTY(int maximumPercent READ maximumPercent CONSTANT)
     Q_PROPERTY(QString accessibleName READ accessibleName CONSTANT)
     Q_PROPERTY(QString accessibleValue READ accessibleValue NOTIFY brightnessChanged)
     Q_PROPERTY(QString helpText READ helpText CONSTANT)
@@ -56,6 +59,13 @@ public:
     bool canDim() const { return brightness_ > minimum(); }
     double minimum() const;
     double maximum() const;
+    // The slider works in whole percent: Qt 6.4 gives a slider no value text of its own, so a
+    // screen reader reads its number, and that number must be the percentage it announces.
+    int percent() const { return percentOf(brightness_); }
+    int minimumPercent() const { return percentOf(minimum()); }
+    int maximumPercent() const { return percentOf(maximum()); }
+    Q_INVOKABLE void setPercent(double value) { setBrightness(value / 100.0); }
+    static int percentOf(double brightness);
     QString accessibleName() const { return QStringLiteral("Screen brightness"); }
     QString accessibleValue() const { return accessibleValue(brightness_); }
     QString helpText() const;

@@ -3,8 +3,8 @@ import QtQuick.Layouts
 import Ostrel.Components
 import Ostrel.Main
 
-// Everything inside the main window: the toolbar, the monitor, the dimming over both, the alert
-// and the keyboard commands.
+// Everything inside the main window: the monitor, the dimming over it, the toolbar over both, the
+// alert and the keyboard commands.
 Item {
     id: root
 
@@ -39,34 +39,34 @@ Item {
         color: Theme.background
     }
 
-    ColumnLayout {
+    // The readings take the whole window: the toolbar floats over them.
+    MonitorView {
+        objectName: "monitorView"
         anchors.fill: parent
-        spacing: 0
-
-        // The toolbar has no background of its own, so the readings run up to it.
-        RowLayout {
-            Layout.fillWidth: true
-            spacing: 0
-
-            Item { Layout.fillWidth: true }
-            BrightnessSlider {
-                brightness: brightnessModel
-            }
-        }
-        MonitorView {
-            objectName: "monitorView"
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            appModel: root.appModel
-        }
+        appModel: root.appModel
     }
 
+    // Dims what is read, not the control that brightens it: in a dark room at the lowest setting
+    // the slider must still be found.
     Rectangle {
         objectName: "dimming"
         anchors.fill: parent
         color: "black"
         opacity: brightnessModel.overlayOpacity
         Accessible.ignored: true
+    }
+
+    // No background of its own, so the readings run to the top of the window. It stands in the
+    // middle: the corners below it belong to the QLab and Dante status.
+    RowLayout {
+        objectName: "toolbar"
+        anchors.top: parent.top
+        anchors.horizontalCenter: parent.horizontalCenter
+        spacing: 0
+
+        BrightnessSlider {
+            brightness: brightnessModel
+        }
     }
 
     ErrorAlert {

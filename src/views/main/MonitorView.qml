@@ -44,6 +44,7 @@ Item {
                 spacing: layoutModel.captionSpacing
 
                 Caption {
+                    objectName: "currentCueCaption"
                     text: monitor.currentCueCaption
                     fontSize: layoutModel.captionSize
                     tracking: layoutModel.captionTracking

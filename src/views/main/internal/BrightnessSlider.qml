@@ -27,13 +27,27 @@ Control {
             color: Theme.secondary
         }
         Slider {
+            id: slider
             objectName: "brightnessSlider"
             Layout.preferredWidth: 110
-            from: root.brightness.minimum
-            to: root.brightness.maximum
-            stepSize: 0
-            value: root.brightness.brightness
-            onMoved: root.brightness.brightness = value
+            from: root.brightness.minimumPercent
+            to: root.brightness.maximumPercent
+            // A percent is about a pixel of this slider; keys move by one.
+            stepSize: 1
+            // Not onMoved: a screen reader sets the value without moving the handle. The Binding
+            // outlives such an assignment, so the shortcuts still move the slider afterwards.
+            // Before completion the value is only being clamped into the range, not chosen.
+            property bool complete: false
+            Component.onCompleted: complete = true
+            onValueChanged: if (complete) root.brightness.setPercent(value)
+            Binding {
+                target: slider
+                property: "value"
+                value: root.brightness.percent
+            }
+            // Qt 6.4's accessible value interface reads the range under these older names.
+            readonly property real minimumValue: from
+            readonly property real maximumValue: to
             Accessible.name: root.brightness.accessibleName
             Accessible.description: root.brightness.accessibleValue
         }
