@@ -81,3 +81,12 @@ TEST(MonitorLayout, ScaleNotifiesOnlyWhenItChanges)
     EXPECT_EQ(scale.count(), 1);
     EXPECT_EQ(layout.scale(), 2.0);
 }
+
+TEST(MonitorLayout, TheToolbarDropsTheSunsBelowTheReferenceWidth)
+{
+    ostrel::MonitorLayout layout;
+    layout.setWidth(480.0);
+    EXPECT_FALSE(layout.showsToolbarSymbols());
+    layout.setWidth(560.0);
+    EXPECT_TRUE(layout.showsToolbarSymbols());
+}

@@ -7,6 +7,7 @@
 #include "views/components/Theme.h"
 #include "views/sessions/CueHistoryModel.h"
 #include "views/sessions/NewSessionModel.h"
+#include "views/sessions/SessionButtonModel.h"
 #include "views/sessions/SessionCommands.h"
 #include "views/sessions/SessionSummaryModel.h"
 
@@ -198,4 +199,34 @@ TEST_F(SessionViewModels, TheCueHistoryIsEmptyUntilACueFinishes)
     EXPECT_EQ(history.data(history.index(1), CueHistoryModel::numberRole).toString(), "1");
     EXPECT_EQ(
         history.headers(), QStringList({"Cue", "Name", "Started", "Duration", "Peak", "Leq"}));
+}
+
+TEST(SessionButton, TheRunningTimeReadsInHoursMinutesAndSeconds)
+{
+    EXPECT_EQ(SessionButtonModel::elapsed(42.9), "0:00:42");
+    EXPECT_EQ(SessionButtonModel::elapsed(3723.0), "1:02:03");
+}
+
+TEST_F(SessionViewModels, TheSessionButtonStartsAShowAndDuringOneShowsItsTimeAndEndsIt)
+{
+    auto model = make(AppModel::Mode::inert);
+    SessionButtonModel button;
+    button.setAppModel(model.get());
+    EXPECT_FALSE(button.isRunning());
+    EXPECT_EQ(button.helpText(), "Start a new show session (Ctrl+N)");
+    button.trigger();
+    EXPECT_TRUE(model->isPresentingNewSession());
+
+    model->setPresentingNewSession(false);
+    model->startSession("Friday");
+    const Date start = model->sessions().activeSession()->start;
+    button.setClock([start] { return addingSeconds(start, 125.4); });
+    EXPECT_TRUE(button.isRunning());
+    EXPECT_EQ(button.elapsedText(), "0:02:05");
+    EXPECT_EQ(button.helpText(), QString::fromUtf8("End \u201CFriday\u201D"));
+    EXPECT_EQ(button.accessibleName(), "End session Friday");
+    button.trigger();
+    EXPECT_FALSE(model->hasActiveSession());
+    EXPECT_TRUE(model->presentedSummary());
+    EXPECT_FALSE(button.isRunning());
 }

@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ostrel.Components
 import Ostrel.Main
+import Ostrel.Sessions
 
 // Everything inside the main window: the monitor, the dimming over it, the toolbar over both, the
 // alert and the keyboard commands.
@@ -41,6 +42,7 @@ Item {
 
     // The readings take the whole window: the toolbar floats over them.
     MonitorView {
+        id: monitor
         objectName: "monitorView"
         anchors.fill: parent
         appModel: root.appModel
@@ -56,16 +58,21 @@ Item {
         Accessible.ignored: true
     }
 
-    // No background of its own, so the readings run to the top of the window. It stands in the
-    // middle: the corners below it belong to the QLab and Dante status.
+    // No background of its own, so the readings run to the top of the window. Its items stand at
+    // the trailing side, just left of the QLab status in the top right corner.
     RowLayout {
         objectName: "toolbar"
         anchors.top: parent.top
-        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.right: parent.right
+        anchors.rightMargin: monitor.trailingCornerWidth + 12
         spacing: 0
 
         BrightnessSlider {
             brightness: brightnessModel
+            showsSymbols: monitor.layout.showsToolbarSymbols
+        }
+        SessionToolbarButton {
+            appModel: root.appModel
         }
     }
 

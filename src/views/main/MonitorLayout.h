@@ -12,6 +12,7 @@ class MonitorLayout : public QObject {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY widthChanged)
+    Q_PROPERTY(bool showsToolbarSymbols READ showsToolbarSymbols NOTIFY widthChanged)
     Q_PROPERTY(double height READ height WRITE setHeight NOTIFY heightChanged)
     Q_PROPERTY(double scale READ scale NOTIFY scaleChanged)
     Q_PROPERTY(double sidePadding READ sidePadding NOTIFY scaleChanged)
@@ -50,6 +51,9 @@ public:
     static double scaleFor(double width, double height);
 
     double width() const { return width_; }
+    // Below the reference width the toolbar drops the slider's suns, so that it fits between the
+    // caption and the QLab status even while a show's running time stands in it.
+    bool showsToolbarSymbols() const { return width_ >= 560.0; }
     void setWidth(double value);
     double height() const { return height_; }
     void setHeight(double value);

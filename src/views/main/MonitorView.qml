@@ -153,7 +153,11 @@ Item {
         }
     }
 
+    // The width the top right corner's status takes from the right edge, for what stands beside it.
+    readonly property real trailingCornerWidth: width - qlabStatus.x
+
     QLabStatusView {
+        id: qlabStatus
         objectName: "qlabStatus"
         anchors.top: parent.top
         anchors.right: parent.right

@@ -9,6 +9,7 @@ Control {
     id: root
 
     required property BrightnessOverlay brightness
+    property bool showsSymbols: true
 
     leftPadding: 6
     rightPadding: 6
@@ -23,6 +24,7 @@ Control {
         spacing: 6
 
         SymbolIcon {
+            visible: root.showsSymbols
             name: root.brightness.dimmerSymbol
             color: Theme.secondary
         }
@@ -52,6 +54,7 @@ Control {
             Accessible.description: root.brightness.accessibleValue
         }
         SymbolIcon {
+            visible: root.showsSymbols
             name: root.brightness.brighterSymbol
             color: Theme.secondary
         }
