@@ -67,6 +67,8 @@ public:
     bool canExport() const;
     const std::optional<QString>& recordingWarning() const { return recordingWarning_; }
     bool isRecording() const { return recorder_ != nullptr; }
+    // The running show's recorder, or none.
+    const std::shared_ptr<SessionRecorder>& recorder() const { return recorder_; }
 
     SessionStore& store() { return store_; }
     const SessionStore& store() const { return store_; }

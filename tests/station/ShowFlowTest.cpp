@@ -2,16 +2,19 @@
 // summary's warning, export, the library, and a quit in the middle of a show.
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
+#include <csignal>
 #include <vector>
 
 #include "FakeCaptureBackend.h"
 #include "common/IsoDate.h"
 #include "recording/DiskSessionFiles.h"
+#include "recording/RecordingFile.h"
 #include "sessions/SessionArchive.h"
 #include "station/AppModel.h"
 #include "support/SteadyInterval.h"
@@ -329,6 +332,34 @@ private slots:
         QVERIFY(library.recordings().empty());
         QVERIFY(!QFileInfo::exists(recording.folder));
         QVERIFY(library.moveToTrash(recording).has_value()); // nothing left to move
+    }
+
+    void aStationKilledMidShowLeavesTheShowListedWithItsFrames()
+    {
+        QProcess station;
+        station.start(
+            QStringLiteral(OSTREL_SHOW_WRITER), {sessionsFolder(), folder->filePath("writer.ini")});
+        QVERIFY(station.waitForStarted());
+        QByteArray said;
+        QTRY_VERIFY_WITH_TIMEOUT((said += station.readAllStandardOutput()).contains('\n'), 20000);
+        QVERIFY2(said.startsWith("ready "), said.constData());
+        const int framesBeforeTheKill = said.mid(6).trimmed().toInt();
+        QVERIFY(framesBeforeTheKill > 0);
+        ::kill(static_cast<pid_t>(station.processId()), SIGKILL);
+        QVERIFY(station.waitForFinished());
+        QCOMPARE(station.exitStatus(), QProcess::CrashExit);
+
+        const auto listed = RecordingLibrary::scan(sessionsFolder());
+        QCOMPARE(listed.size(), size_t(1));
+        QCOMPARE(listed.front().session.name, QString("Killed Show"));
+        QVERIFY(!listed.front().session.end);
+        QVERIFY(listed.front().hasMeasurements);
+        const auto frames = RecordingFile::open(listed.front().framesPath());
+        QVERIFY(frames);
+        QVERIFY2(frames->count() >= framesBeforeTheKill,
+            qPrintable(QStringLiteral("%1 frames on disk, %2 made")
+                           .arg(frames->count())
+                           .arg(framesBeforeTheKill)));
     }
 
     void theLibraryListsAFinishedShowNewestFirst()
