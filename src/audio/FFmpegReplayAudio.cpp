@@ -7,13 +7,8 @@
 
 namespace ostrel {
 
-FFmpegReplayAudio::OpenResult FFmpegReplayAudio::open(const QString& path)
-{
-    return open(path, QMediaDevices::defaultAudioOutput());
-}
-
 FFmpegReplayAudio::OpenResult FFmpegReplayAudio::open(
-    const QString& path, const QAudioDevice& output)
+    const QString& path, std::optional<QAudioDevice> output)
 {
     auto decoded = ReplayDecoder::open(path.toStdString());
     if (auto* message = std::get_if<std::string>(&decoded)) return QString::fromStdString(*message);
@@ -21,7 +16,8 @@ FFmpegReplayAudio::OpenResult FFmpegReplayAudio::open(
         std::move(std::get<std::unique_ptr<ReplayDecoder>>(decoded)), output));
 }
 
-FFmpegReplayAudio::FFmpegReplayAudio(std::unique_ptr<ReplayDecoder> decoder, QAudioDevice output)
+FFmpegReplayAudio::FFmpegReplayAudio(
+    std::unique_ptr<ReplayDecoder> decoder, std::optional<QAudioDevice> output)
     : decoder_(std::move(decoder)),
       output_(std::move(output)),
       sampleRate_(static_cast<double>(decoder_->sampleRate()))
@@ -49,11 +45,12 @@ bool FFmpegReplayAudio::play(double seconds)
     format.setSampleRate(decoder_->sampleRate());
     format.setChannelCount(1);
     format.setSampleFormat(QAudioFormat::Float);
-    if (output_.isNull()) return false;
+    const QAudioDevice output = output_.value_or(QMediaDevices::defaultAudioOutput());
+    if (output.isNull()) return false;
     // A new sink for each start: its played-time count then starts at the new position.
     stream_ = std::make_unique<ReplayStream>(*decoder_);
     stream_->open(QIODevice::ReadOnly);
-    sink_ = std::make_unique<QAudioSink>(output_, format);
+    sink_ = std::make_unique<QAudioSink>(output, format);
     sink_->setVolume(volume_);
     sink_->start(stream_.get());
     if (sink_->error() != QAudio::NoError) {

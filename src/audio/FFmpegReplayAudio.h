@@ -24,8 +24,8 @@ public:
 
     // Either the sound, or why the file can't be read (FFmpeg's words).
     using OpenResult = std::variant<std::unique_ptr<FFmpegReplayAudio>, QString>;
-    static OpenResult open(const QString& path, const QAudioDevice& output);
-    static OpenResult open(const QString& path);
+    // Plays on `output`, or on the default output of the moment each time it starts.
+    static OpenResult open(const QString& path, std::optional<QAudioDevice> output = std::nullopt);
 
     ~FFmpegReplayAudio() override;
 
@@ -38,10 +38,10 @@ public:
     void setVolume(float volume) override;
 
 private:
-    FFmpegReplayAudio(std::unique_ptr<ReplayDecoder> decoder, QAudioDevice output);
+    FFmpegReplayAudio(std::unique_ptr<ReplayDecoder> decoder, std::optional<QAudioDevice> output);
 
     std::unique_ptr<ReplayDecoder> decoder_;
-    QAudioDevice output_;
+    std::optional<QAudioDevice> output_;
     double sampleRate_ = 0.0;
     std::unique_ptr<ReplayStream> stream_;
     std::unique_ptr<QAudioSink> sink_;

@@ -17,6 +17,7 @@ namespace ostrel {
 struct ReplayDecoder::Impl {
     AVFormatContext* format = nullptr;
     AVCodecContext* codec = nullptr;
+    const AVCodec* decoder = nullptr;
     AVPacket* packet = nullptr;
     AVFrame* frame = nullptr;
     int streamIndex = -1;
@@ -42,6 +43,16 @@ struct ReplayDecoder::Impl {
         av_packet_free(&packet);
         avcodec_free_context(&codec);
         avformat_close_input(&format);
+    }
+
+    std::string openCodec()
+    {
+        avcodec_free_context(&codec);
+        codec = avcodec_alloc_context3(decoder);
+        if (!codec) return ffmpegErrorText(AVERROR(ENOMEM));
+        int result = avcodec_parameters_to_context(codec, format->streams[streamIndex]->codecpar);
+        if (result >= 0) result = avcodec_open2(codec, decoder, nullptr);
+        return result < 0 ? ffmpegErrorText(result) : std::string();
     }
 
     std::string index()
@@ -143,15 +154,11 @@ ReplayDecoder::OpenResult ReplayDecoder::open(const std::string& path)
     result = av_find_best_stream(impl->format, AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
     if (result < 0) return ffmpegErrorText(result);
     impl->streamIndex = result;
-    impl->codec = avcodec_alloc_context3(decoder);
+    impl->decoder = decoder;
     impl->packet = av_packet_alloc();
     impl->frame = av_frame_alloc();
-    if (!impl->codec || !impl->packet || !impl->frame) return ffmpegErrorText(AVERROR(ENOMEM));
-    result = avcodec_parameters_to_context(
-        impl->codec, impl->format->streams[impl->streamIndex]->codecpar);
-    if (result < 0) return ffmpegErrorText(result);
-    result = avcodec_open2(impl->codec, decoder, nullptr);
-    if (result < 0) return ffmpegErrorText(result);
+    if (!impl->packet || !impl->frame) return ffmpegErrorText(AVERROR(ENOMEM));
+    if (std::string failure = impl->openCodec(); !failure.empty()) return failure;
     impl->sampleRate = impl->codec->sample_rate;
     if (impl->sampleRate <= 0) return std::string("no sample rate");
     if (std::string indexError = impl->index(); !indexError.empty()) return indexError;
@@ -188,7 +195,12 @@ bool ReplayDecoder::seek(std::int64_t frame)
         d.error = ffmpegErrorText(result);
         return false;
     }
-    avcodec_flush_buffers(d.codec);
+    // A fresh decoder rather than a flushed one: a flush keeps the last window shape, which
+    // changes the first packet's samples, and from the file's start those are heard.
+    if (const std::string failure = d.openCodec(); !failure.empty()) {
+        d.error = failure;
+        return false;
+    }
     d.pending.clear();
     d.pendingOffset = 0;
     d.discard = frame - d.packetStarts[first];
