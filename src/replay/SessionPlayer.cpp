@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <QPointer>
 #include <QThreadPool>
@@ -79,9 +80,10 @@ void SessionPlayer::startOverview()
     QThreadPool::globalInstance()->start(
         [self, build = std::move(build), store = std::move(store)]() mutable {
             auto overview = std::make_shared<SessionOverview>(build());
-            // Queued to the player's thread, and dropped there when the player has gone.
+            // Posted to the application, which lives on the main thread as the player does; the
+            // player is looked at only there, and may have gone by then.
             QMetaObject::invokeMethod(
-                self.data(),
+                QCoreApplication::instance(),
                 [self, store = std::move(store), overview] {
                     if (self) store(std::move(*overview));
                 },
