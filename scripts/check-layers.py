@@ -23,6 +23,7 @@ LAYERS = {
     "src/qlab": (0, "pure logic"),
     "src/sessions": (0, "pure logic"),
     "src/network": (0, "pure logic"),
+    "src/replay": (0, "pure logic"),
     "src/audio": (1, "drivers"),
     "src/qlab/client": (1, "drivers"),
     "src/recording": (1, "drivers"),

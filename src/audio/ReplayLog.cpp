@@ -1,0 +1,3 @@
+#include "audio/ReplayLog.h"
+
+Q_LOGGING_CATEGORY(ostrelReplay, "ostrel.replay")
