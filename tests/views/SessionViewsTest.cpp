@@ -1,5 +1,6 @@
 // The session sheets and the cue history drawn off screen, light and dark, at two sizes; the
 // pictures stay in the build tree for a look.
+#include <QAbstractItemModel>
 #include <QDir>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -10,16 +11,20 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtQml/qqmlextensionplugin.h>
+#include <cmath>
 
 #include "app/SilentCaptureBackend.h"
 #include "measurement/SPLMath.h"
 #include "station/AppModel.h"
 #include "views/components/Symbols.h"
+#include "views/components/Theme.h"
+#include "views/recordings/ReplayModel.h"
 
 Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_QLabPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_SessionsPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_RecordingsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
 
 using namespace ostrel;
@@ -104,10 +109,106 @@ QRect sceneRect(QObject* object)
 
 } // namespace
 
+// A live station that has recorded a half-minute show of a tone with two cues.
+struct RecordedStation {
+    QTemporaryDir folder;
+    std::unique_ptr<QSettings> store;
+    std::unique_ptr<AppModel> model;
+
+    explicit RecordedStation(AppearanceMode appearance)
+    {
+        store = std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat);
+        store->setValue("qlabEnabled", false);
+        model = std::make_unique<AppModel>(AppModel::Mode::live,
+            std::make_unique<AppSettings>(*store), std::make_unique<SilentCaptureBackend>(),
+            QLabClient::Timings {}, folder.filePath("Sessions"));
+        model->settings().display().setAppearance(appearance);
+        // The calibration reaches the pipeline when the station starts.
+        model->start();
+        model->startSession(QStringLiteral("Friday Night Performance"));
+        std::vector<float> block(960);
+        for (int b = 0; b < 50 * 30; ++b) {
+            if (b == 50 * 4)
+                model->qlab().simulate(QLabClientState::connected, "Show", {cue("1", "Overture")});
+            if (b == 50 * 18)
+                model->qlab().simulate(QLabClientState::connected, "Show", {cue("2", "Storm")});
+            // A tone that swells and falls, so the level graph has a shape.
+            const double gain = 0.02 + 0.08 * (0.5 + 0.5 * std::sin(b / 80.0));
+            for (int i = 0; i < 960; ++i)
+                block[i] = static_cast<float>(
+                    gain * std::sin(2.0 * M_PI * 1000.0 * (b * 960 + i) / 48000.0));
+            if (auto interval = model->audio().pipeline()->process(block))
+                model->ingest(*interval, std::chrono::system_clock::now());
+        }
+        model->finishSession();
+    }
+};
+
 class SessionViewsTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void theRecordingsWindowReplaysAShow_data()
+    {
+        QTest::addColumn<int>("appearance");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("light 1180x760") << int(AppearanceMode::light) << QSize(1180, 760);
+        QTest::newRow("dark 1180x760") << int(AppearanceMode::dark) << QSize(1180, 760);
+        QTest::newRow("dark 1600x1000") << int(AppearanceMode::dark) << QSize(1600, 1000);
+    }
+
+    void theRecordingsWindowReplaysAShow()
+    {
+        QFETCH(int, appearance);
+        QFETCH(QSize, size);
+        RecordedStation station(static_cast<AppearanceMode>(appearance));
+        QQmlApplicationEngine engine;
+        engine.addImportPath(QStringLiteral("qrc:/"));
+        engine.setInitialProperties(
+            {{QStringLiteral("appModel"), QVariant::fromValue(station.model.get())}});
+        engine.load(QUrl(QStringLiteral("qrc:/Ostrel/Recordings/RecordingsWindow.qml")));
+        QVERIFY(!engine.rootObjects().isEmpty());
+        auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+        QVERIFY(window);
+        auto* theme
+            = engine.singletonInstance<Theme*>(qmlTypeId("Ostrel.Components", 1, 0, "Theme"));
+        if (theme) theme->setDark(appearance == int(AppearanceMode::dark));
+        window->resize(size);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        auto* recordings = window->property("recordings").value<QObject*>();
+        QVERIFY(recordings);
+        QTRY_VERIFY(qobject_cast<QAbstractItemModel*>(recordings)->rowCount() == 1);
+        QMetaObject::invokeMethod(recordings, "select", Q_ARG(int, 0));
+        QTRY_VERIFY(recordings->property("showsReplay").toBool());
+        auto* replay = window->findChild<QObject*>(QStringLiteral("overviewStrip"));
+        QVERIFY(replay);
+        auto* replayModel = window->findChild<ReplayModel*>();
+        QVERIFY(replayModel && replayModel->isOpen());
+        replayModel->seekFraction(0.7);
+        QTRY_VERIFY2(!replayModel->levelTrace().isEmpty(),
+            qPrintable(QStringLiteral("overview %1, duration %2")
+                           .arg(replayModel->meter() ? 1 : 0)
+                           .arg(replayModel->durationText())));
+        QCOMPARE(replayModel->currentCueName(), QString("Storm"));
+        QSignalSpy frames(window, &QQuickWindow::frameSwapped);
+        window->requestUpdate();
+        frames.wait(2000);
+        QTest::qWait(200);
+        const QImage image = window->grabWindow();
+        save(image,
+            QStringLiteral("recordings-%1-%2x%3.png")
+                .arg(appearance == int(AppearanceMode::dark) ? "dark" : "light")
+                .arg(size.width())
+                .arg(size.height()));
+        // The playhead stands at 70 % of the strip.
+        auto* playhead = window->findChild<QQuickItem*>(QStringLiteral("playhead"));
+        auto* strip = qobject_cast<QQuickItem*>(replay);
+        QVERIFY(playhead && strip);
+        QVERIFY(std::abs(playhead->x() + 1.0 - 0.7 * strip->width()) < 1.0);
+        QVERIFY(drawnPixels(image, sceneRect(strip).intersected(image.rect())) > 100);
+    }
+
     void initTestCase()
     {
         QQuickStyle::setStyle(QStringLiteral("Fusion"));

@@ -4,6 +4,7 @@ import QtQuick.Dialogs
 import Ostrel.Components
 import Ostrel.Main
 import Ostrel.Sessions
+import Ostrel.Recordings
 
 // The station's main window. The shell shows it, maximised unless the model is inert.
 ApplicationWindow {
@@ -35,6 +36,12 @@ ApplicationWindow {
             cueHistory.show()
             cueHistory.raise()
         }
+        onRecordingsRequested: window.showRecordings()
+    }
+
+    function showRecordings() {
+        recordingsWindow.show()
+        recordingsWindow.raise()
     }
 
     function exportSession(levels, fromSummary) {
@@ -63,6 +70,7 @@ ApplicationWindow {
         appModel: window.appModel
         commands: sessionCommands
         onExportRequested: levels => window.exportSession(levels, true)
+        onReplayRequested: window.showRecordings()
     }
     FileDialog {
         id: exportDialog
@@ -71,6 +79,10 @@ ApplicationWindow {
         nameFilters: ["Comma-separated values (*.csv)"]
         defaultSuffix: "csv"
         onAccepted: sessionCommands.exportTo(selectedFile)
+    }
+    RecordingsWindow {
+        id: recordingsWindow
+        appModel: window.appModel
     }
     CueHistoryWindow {
         id: cueHistory

@@ -17,6 +17,17 @@ Window {
     minimumWidth: 560
     minimumHeight: 280
     color: Theme.background
+    // A window of its own: it takes the station's colours, which the desktop's palette misses.
+    palette.window: Theme.surface
+    palette.windowText: Theme.primary
+    palette.base: Theme.surface
+    palette.text: Theme.primary
+    palette.button: Theme.surface
+    palette.buttonText: Theme.primary
+    palette.toolTipBase: Theme.surface
+    palette.toolTipText: Theme.primary
+    palette.highlight: Theme.accent
+    palette.highlightedText: Theme.background
 
     CueHistoryModel {
         id: historyModel

@@ -27,6 +27,8 @@ class SessionCommands : public ostrel::ViewModel {
     Q_PROPERTY(QKeySequence endSessionShortcut READ endSessionShortcut CONSTANT)
     Q_PROPERTY(QKeySequence exportShortcut READ exportShortcut CONSTANT)
     Q_PROPERTY(QKeySequence cueHistoryShortcut READ cueHistoryShortcut CONSTANT)
+    Q_PROPERTY(QKeySequence recordingsShortcut READ recordingsShortcut CONSTANT)
+    Q_PROPERTY(QKeySequence recordingsWindowShortcut READ recordingsWindowShortcut CONSTANT)
 
 public:
     explicit SessionCommands(QObject* parent = nullptr);
@@ -48,6 +50,11 @@ public:
     QKeySequence endSessionShortcut() const { return QKeySequence(QStringLiteral("Ctrl+Alt+N")); }
     QKeySequence exportShortcut() const { return QKeySequence(QStringLiteral("Ctrl+E")); }
     QKeySequence cueHistoryShortcut() const { return QKeySequence(QStringLiteral("Ctrl+Y")); }
+    QKeySequence recordingsShortcut() const { return QKeySequence(QStringLiteral("Ctrl+O")); }
+    QKeySequence recordingsWindowShortcut() const
+    {
+        return QKeySequence(QStringLiteral("Ctrl+Shift+R"));
+    }
 
     Q_INVOKABLE void newSession();
     Q_INVOKABLE void endSession();

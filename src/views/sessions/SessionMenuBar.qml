@@ -10,9 +10,15 @@ MenuBar {
     required property SessionCommands commands
     signal exportRequested
     signal cueHistoryRequested
+    signal recordingsRequested
 
     Menu {
         title: "File"
+        Action {
+            text: "Recordings"
+            shortcut: root.commands.recordingsShortcut
+            onTriggered: root.recordingsRequested()
+        }
         Action {
             text: "New Session"
             shortcut: root.commands.newSessionShortcut
@@ -32,6 +38,10 @@ MenuBar {
             enabled: root.commands.canExport
             onTriggered: root.exportRequested()
         }
+    }
+    Shortcut {
+        sequence: root.commands.recordingsWindowShortcut
+        onActivated: root.recordingsRequested()
     }
     Menu {
         title: "Window"

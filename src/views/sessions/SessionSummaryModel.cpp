@@ -29,6 +29,11 @@ void SessionSummaryModel::done()
     if (appModel_) appModel_->setPresentedSummary(std::nullopt);
 }
 
+void SessionSummaryModel::selectForReplay()
+{
+    if (appModel_ && session_) appModel_->selectRecording(*session_);
+}
+
 void SessionSummaryModel::attach()
 {
     watch(appModel_);

@@ -61,13 +61,14 @@ public:
     QString cuesText() const { return figures_.cues; }
     QString maximumText() const { return figures_.maximum; }
     QString averageText() const { return figures_.average; }
-    // Replay opens the Recordings window, which comes with the player; until then no button
-    // that leads nowhere.
-    bool showsReplay() const { return false; }
+    // Only a show with a recording can be replayed.
+    bool showsReplay() const { return session_ && session_->recordingFolderName.has_value(); }
     QString title() const { return QStringLiteral("Session Summary"); }
     double width() const { return 420.0; }
 
     Q_INVOKABLE void done();
+    // Selects this show's recording for the Recordings window, which the view then opens.
+    Q_INVOKABLE void selectForReplay();
 
 signals:
     void appModelChanged();

@@ -13,6 +13,7 @@ Dialog {
     readonly property SessionSummaryModel summary: summaryModel
 
     signal exportRequested(bool levels)
+    signal replayRequested
 
     objectName: "sessionSummary"
     parent: Overlay.overlay
@@ -90,6 +91,15 @@ Dialog {
                     text: "Level History\u2026"
                     onTriggered: root.exportRequested(true)
                 }
+            }
+        }
+        Button {
+            visible: summaryModel.showsReplay
+            text: "Replay"
+            onClicked: {
+                summaryModel.selectForReplay()
+                root.replayRequested()
+                root.close()
             }
         }
         Button {
