@@ -40,18 +40,8 @@ struct TestClock {
     Date now() const { return fixed.value_or(std::chrono::system_clock::now()); }
 };
 
-QString valuesAddress(const QString& cue)
-{
-    return QStringLiteral("/workspace/W-1/cue_id/%1/valuesForKeys").arg(cue);
-}
-
-QStringList ids(const std::vector<QLabCue>& cues)
-{
-    QStringList result;
-    for (const auto& cue : cues)
-        result.append(cue.id);
-    return result;
-}
+using testsupport::ids;
+using testsupport::valuesAddress;
 
 // Lets the event loop run for a while, for checks that something does not happen.
 void settle(int milliseconds)
@@ -639,3 +629,4 @@ private slots:
 
 QTEST_GUILESS_MAIN(QLabClientTest)
 #include "QLabClientTest.moc"
+#include "support/QLabCueIds.h"
