@@ -60,7 +60,7 @@ OSCMessage listReply(const QJsonArray& entries)
     return reply(listAddress, "ok", entries);
 }
 
-using testsupport::valuesAddress;
+using ostrel::testsupport::valuesAddress;
 OSCMessage valuesReply(const QString& cue, const QJsonObject& values)
 {
     return reply(valuesAddress(cue), "ok", values);
@@ -107,7 +107,7 @@ template <typename Kind> std::ptrdiff_t indexOf(const Effects& effects)
     return found == effects.end() ? -1 : found - effects.begin();
 }
 
-using testsupport::ids;
+using ostrel::testsupport::ids;
 
 void append(Effects& all, const Effects& more)
 {

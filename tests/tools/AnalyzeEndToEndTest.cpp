@@ -39,7 +39,7 @@ struct CsvOutput {
     std::vector<std::string> comments;
 };
 
-using testsupport::lines;
+using ostrel::testsupport::lines;
 
 CsvOutput parseCsv(const std::string& text)
 {

@@ -27,7 +27,7 @@ constexpr double firstSpectrumTime = 0.4;
 constexpr double timeSlack = 1e-6;
 constexpr std::size_t csvColumns = 7 + 31 + 240 + 6;
 
-using testsupport::lines;
+using ostrel::testsupport::lines;
 
 // Empty cells count, so "a,,b" is three.
 std::vector<std::string> cells(const std::string& line)

@@ -9,6 +9,7 @@
 
 #include "FakeQLab.h"
 #include "qlab/client/QLabClient.h"
+#include "support/QLabCueIds.h"
 
 using namespace ostrel;
 using ostrel::testing::FakeQLab;
@@ -40,8 +41,8 @@ struct TestClock {
     Date now() const { return fixed.value_or(std::chrono::system_clock::now()); }
 };
 
-using testsupport::ids;
-using testsupport::valuesAddress;
+using ostrel::testsupport::ids;
+using ostrel::testsupport::valuesAddress;
 
 // Lets the event loop run for a while, for checks that something does not happen.
 void settle(int milliseconds)
@@ -629,4 +630,3 @@ private slots:
 
 QTEST_GUILESS_MAIN(QLabClientTest)
 #include "QLabClientTest.moc"
-#include "support/QLabCueIds.h"
