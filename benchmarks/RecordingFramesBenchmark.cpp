@@ -44,7 +44,7 @@ void BM_OpenThreeHourMeasurements(benchmark::State& state)
 {
     const QString& path = threeHourFile();
     for (auto _ : state) {
-        auto frames = RecordingFile::open(path);
+        auto frames = RecordingFile::open(path).frames;
         if (!frames || frames->count() != threeHoursOfFrames) state.SkipWithError("cannot open");
         benchmark::DoNotOptimize(frames);
     }
@@ -59,7 +59,7 @@ void BM_OpenAndSeekThousandTimes(benchmark::State& state)
     std::mt19937 random(7);
     std::uniform_real_distribution<double> seconds(0.0, 3.0 * 3600.0);
     for (auto _ : state) {
-        auto frames = RecordingFile::open(path);
+        auto frames = RecordingFile::open(path).frames;
         if (!frames) state.SkipWithError("cannot open");
         qsizetype sum = 0;
         for (int search = 0; search < 1000; ++search)

@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <memory>
 
+#include "app/FillScreenOnLaunch.h"
+
 Q_LOGGING_CATEGORY(ostrelUi, "ostrel.ui")
 
 namespace ostrel {
@@ -49,12 +51,8 @@ QQuickWindow* StationShell::load()
 void StationShell::show()
 {
     if (!window_) return;
-    if (model_.mode() == AppModel::Mode::inert) {
-        window_->show();
-    } else {
-        // Maximised rather than full screen: the operator's other windows stay reachable.
-        window_->showMaximized();
-    }
+    if (model_.mode() != AppModel::Mode::inert) new FillScreenOnLaunch(*window_);
+    window_->show();
 }
 
 void StationShell::reportFirstReading(const QElapsedTimer& launch)

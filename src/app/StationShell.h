@@ -26,7 +26,8 @@ public:
 
     // The main window, or null when its QML could not be loaded.
     QQuickWindow* load();
-    // Maximised once at launch, except for an inert model, which gets its default size.
+    // Fills the usable screen once at launch, except for an inert model, which keeps its
+    // default size.
     void show();
     // Logs the time from `launch` until the first level is drawn.
     void reportFirstReading(const QElapsedTimer& launch);

@@ -15,4 +15,9 @@ std::string ffmpegErrorText(int code)
     return buffer.data();
 }
 
+QString ffmpegErrorMessage(int code)
+{
+    return QString::fromStdString(ffmpegErrorText(code));
+}
+
 } // namespace ostrel

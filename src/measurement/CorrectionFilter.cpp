@@ -11,6 +11,7 @@
 #include <fftw3.h>
 
 #include "measurement/FftwPlanner.h"
+#include "measurement/FiniteSamples.h"
 
 namespace ostrel {
 
@@ -112,7 +113,8 @@ std::span<const float> CorrectionFilter::process(std::span<const float> samples)
     if (input_.size() < count + historyLength) input_.resize(count + historyLength);
     if (output_.size() < count) output_.resize(count);
 
-    std::copy(samples.begin(), samples.end(), input_.begin() + historyLength);
+    // A non-finite sample would stay in the history for the filter's whole length.
+    FiniteSamples::copy(samples, input_.data() + historyLength);
 
     const float* const in = input_.data();
     const float* const taps = taps_.data();

@@ -1,5 +1,7 @@
 #include "measurement/FrequencyWeighting.h"
 
+#include "common/RawValues.h"
+
 namespace ostrel {
 
 std::string_view rawValue(FrequencyWeighting weighting)
@@ -17,10 +19,7 @@ std::string_view rawValue(FrequencyWeighting weighting)
 
 std::optional<FrequencyWeighting> frequencyWeightingFromRawValue(std::string_view raw)
 {
-    for (auto weighting : allFrequencyWeightings) {
-        if (rawValue(weighting) == raw) return weighting;
-    }
-    return std::nullopt;
+    return RawValues::find(allFrequencyWeightings, raw, [](auto value) { return rawValue(value); });
 }
 
 std::string_view symbol(FrequencyWeighting weighting)

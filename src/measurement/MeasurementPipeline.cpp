@@ -1,5 +1,7 @@
 #include "measurement/MeasurementPipeline.h"
 
+#include "measurement/MeasurementLog.h"
+
 #include <utility>
 
 namespace ostrel {
@@ -74,20 +76,25 @@ void MeasurementPipeline::setRecorder(std::shared_ptr<PipelineRecorder> recorder
 std::optional<MeasurementInterval> MeasurementPipeline::process(std::span<const float> samples)
 {
     std::optional<MeasurementInterval> interval;
-    std::lock_guard lock(mutex_);
-    state_.processor.process(samples);
-    // The analyser sees raw samples: correction reaches spectra as per-bin gains.
-    state_.analyzer.append(samples);
-    // Tested after the whole block: an interval holds whole blocks, at most one per block.
-    if (state_.processor.pendingSampleCount() >= state_.intervalLength) {
-        interval = state_.processor.takeInterval();
-        interval->spectrum = state_.analyzer.analyze(state_.processor.calibrationOffset());
+    std::int64_t nonFinite = 0;
+    {
+        std::lock_guard lock(mutex_);
+        state_.processor.process(samples);
+        // The analyser sees raw samples: correction reaches spectra as per-bin gains.
+        state_.analyzer.append(samples);
+        // Tested after the whole block: an interval holds whole blocks, at most one per block.
+        if (state_.processor.pendingSampleCount() >= state_.intervalLength) {
+            nonFinite = state_.processor.pendingNonFiniteCount();
+            interval = state_.processor.takeInterval();
+            interval->spectrum = state_.analyzer.analyze(state_.processor.calibrationOffset());
+        }
+        // Under the lock, so that once `setRecorder` has swapped a recorder out no block is
+        // still on its way into it, and the audio thread never holds the last reference to one.
+        // The recorder only copies the block into its queue.
+        if (state_.recorder)
+            state_.recorder->append(samples, state_.processor.sampleRate(), interval, clock_());
     }
-    // Under the lock, so that once `setRecorder` has swapped a recorder out no block is still
-    // on its way into it, and the audio thread never holds the last reference to one. The
-    // recorder only copies the block into its queue.
-    if (state_.recorder)
-        state_.recorder->append(samples, state_.processor.sampleRate(), interval, clock_());
+    if (nonFinite > 0) MeasurementLog::nonFiniteSamples(nonFinite);
     return interval;
 }
 

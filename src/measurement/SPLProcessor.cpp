@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "measurement/FiniteSamples.h"
 #include "measurement/SPLMath.h"
 
 namespace ostrel {
@@ -69,6 +70,7 @@ namespace {
 template <bool Weighted> struct Accumulator {
     double fast, slow, peak, maxState, rawSum = 0.0, energySum = 0.0;
     bool clipped;
+    std::int64_t nonFinite = 0;
 
     void run(std::span<const float> raw, std::span<const float> input, WeightingFilter& filter,
         double fastAlpha, double slowAlpha, bool readsFast) noexcept
@@ -77,10 +79,16 @@ template <bool Weighted> struct Accumulator {
         const double gain = filter.gain();
         const std::size_t count = raw.size();
         for (std::size_t i = 0; i < count; ++i) {
-            const double r = raw[i];
-            // A NaN compares false and does not trip the clip test.
+            double r = raw[i];
+            // NaN and infinity are silence, so that the filters and detectors recover after
+            // them, and they do not clip.
+            if (!FiniteSamples::isFinite(r)) {
+                r = 0.0;
+                ++nonFinite;
+            }
             if (std::fabs(r) >= clipThreshold) clipped = true;
             double y = input[i];
+            if (!FiniteSamples::isFinite(y)) y = 0.0;
             if constexpr (Weighted) y = gain * l.process(m.process(h.process(y)));
             const double p = y * y;
             if (p > peak) peak = p;
@@ -101,21 +109,23 @@ void SPLProcessor::accumulate(std::span<const float> raw, std::span<const float>
 {
     const bool readsFast = response_ == TimeWeighting::fast;
     double rawSum = 0.0, energySum = 0.0;
+    std::int64_t nonFinite = 0;
     if (filter_.weighting() == FrequencyWeighting::z) {
         Accumulator<false> a {
             fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0, intervalClipped_};
         a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
         fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
         intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
-        rawSum = a.rawSum, energySum = a.energySum;
+        rawSum = a.rawSum, energySum = a.energySum, nonFinite = a.nonFinite;
     } else {
         Accumulator<true> a {
             fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0, intervalClipped_};
         a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
         fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
         intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
-        rawSum = a.rawSum, energySum = a.energySum;
+        rawSum = a.rawSum, energySum = a.energySum, nonFinite = a.nonFinite;
     }
+    intervalNonFinite_ += nonFinite;
     intervalRawEnergy_ += rawSum;
     intervalEnergy_ += energySum;
     intervalSamples_ += static_cast<std::int64_t>(raw.size());
@@ -134,6 +144,7 @@ MeasurementInterval SPLProcessor::takeInterval() noexcept
     interval.clipped = intervalClipped_;
 
     intervalSamples_ = 0;
+    intervalNonFinite_ = 0;
     intervalEnergy_ = 0.0;
     intervalRawEnergy_ = 0.0;
     intervalPeak_ = 0.0;
@@ -147,7 +158,7 @@ void SPLProcessor::reset() noexcept
     filter_.reset();
     if (correctionFilter_) correctionFilter_->reset();
     fastState_ = slowState_ = 0.0;
-    intervalSamples_ = 0;
+    intervalSamples_ = intervalNonFinite_ = 0;
     intervalEnergy_ = intervalRawEnergy_ = intervalPeak_ = intervalMaxState_ = 0.0;
     intervalClipped_ = false;
 }

@@ -39,6 +39,8 @@ public:
     void setCorrection(std::optional<MicrophoneCorrection> correction);
 
     std::int64_t pendingSampleCount() const noexcept { return intervalSamples_; }
+    // Samples of the open interval that were NaN or infinite and were measured as silence.
+    std::int64_t pendingNonFiniteCount() const noexcept { return intervalNonFinite_; }
     double currentLevel() const noexcept;
 
     // Not noexcept: the correction filter grows for a block larger than any before.
@@ -66,6 +68,7 @@ private:
     double fastState_ = 0.0;
     double slowState_ = 0.0;
     std::int64_t intervalSamples_ = 0;
+    std::int64_t intervalNonFinite_ = 0;
     double intervalEnergy_ = 0.0;
     double intervalRawEnergy_ = 0.0;
     double intervalPeak_ = 0.0;

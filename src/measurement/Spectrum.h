@@ -6,9 +6,6 @@
 #include <array>
 #include <optional>
 
-#include <QLocale>
-#include <QString>
-
 #include "measurement/SpectrumBand.h"
 
 namespace ostrel {
@@ -29,10 +26,6 @@ struct Spectrum {
 
     // 1000 x 10^((index - 17)/10): the exact centre of third-octave band `index`.
     static double exactCenter(int index) noexcept;
-    // "99.9 Hz", "250 Hz", "1.25 kHz", "12.5 kHz"; decimals in the given locale.
-    static QString format(double frequency, const QLocale& locale = QLocale());
-    // Axis label: "1k", "2.5k", "500", "31".
-    static QString shortLabel(double frequency);
 
     bool operator==(const Spectrum&) const = default;
 };

@@ -9,6 +9,7 @@
 #include <fftw3.h>
 
 #include "measurement/FftwPlanner.h"
+#include "measurement/FiniteSamples.h"
 #include "measurement/SPLMath.h"
 #include "measurement/SpectrumBand.h"
 
@@ -245,7 +246,9 @@ void SpectrumAnalyzer::append(std::span<const float> samples) noexcept
     const std::int64_t written = remaining;
     while (remaining > 0) {
         const std::int64_t run = std::min(remaining, longSize_ - writeIndex_);
-        std::copy_n(source, run, history_.data() + writeIndex_);
+        // Silence for what is not finite: one NaN in the ring would blank every spectrum
+        // for the ring's whole length.
+        FiniteSamples::copy({source, static_cast<std::size_t>(run)}, history_.data() + writeIndex_);
         source += run;
         remaining -= run;
         writeIndex_ = (writeIndex_ + run) % longSize_;

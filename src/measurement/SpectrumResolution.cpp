@@ -1,5 +1,7 @@
 #include "measurement/SpectrumResolution.h"
 
+#include "common/RawValues.h"
+
 namespace ostrel::SpectrumResolutions {
 
 int rawValue(SpectrumResolution resolution) noexcept
@@ -9,10 +11,7 @@ int rawValue(SpectrumResolution resolution) noexcept
 
 std::optional<SpectrumResolution> fromRawValue(int raw) noexcept
 {
-    for (auto resolution : all) {
-        if (rawValue(resolution) == raw) return resolution;
-    }
-    return std::nullopt;
+    return RawValues::find(all, raw, [](auto value) { return rawValue(value); });
 }
 
 std::string title(SpectrumResolution resolution)

@@ -1,5 +1,7 @@
 #include "measurement/TimeWeighting.h"
 
+#include "common/RawValues.h"
+
 namespace ostrel {
 
 std::string_view rawValue(TimeWeighting weighting)
@@ -9,10 +11,7 @@ std::string_view rawValue(TimeWeighting weighting)
 
 std::optional<TimeWeighting> timeWeightingFromRawValue(std::string_view raw)
 {
-    for (auto weighting : allTimeWeightings) {
-        if (rawValue(weighting) == raw) return weighting;
-    }
-    return std::nullopt;
+    return RawValues::find(allTimeWeightings, raw, [](auto value) { return rawValue(value); });
 }
 
 double timeConstant(TimeWeighting weighting)

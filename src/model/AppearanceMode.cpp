@@ -1,5 +1,7 @@
 #include "model/AppearanceMode.h"
 
+#include "common/RawValues.h"
+
 namespace ostrel::AppearanceModes {
 
 std::string_view rawValue(AppearanceMode mode) noexcept
@@ -17,10 +19,7 @@ std::string_view rawValue(AppearanceMode mode) noexcept
 
 std::optional<AppearanceMode> fromRawValue(std::string_view raw) noexcept
 {
-    for (auto mode : all) {
-        if (rawValue(mode) == raw) return mode;
-    }
-    return std::nullopt;
+    return RawValues::find(all, raw, [](auto value) { return rawValue(value); });
 }
 
 std::string_view title(AppearanceMode mode) noexcept

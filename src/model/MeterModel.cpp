@@ -63,9 +63,8 @@ void MeterModel::ingestSpectrum(const Spectrum& spectrum, Date now)
     const double elapsed = lastSpectrumDate_ ? secondsBetween(*lastSpectrumDate_, now) : 0.0;
     updatePeaks(levels, now);
 
-    if (!spectrum.fineBandLevels.empty()) {
-        ingestFine({spectrum.fineBandLevels.begin(), spectrum.fineBandLevels.end()}, now, elapsed);
-    }
+    // Fine levels are a fixed-size array, so every spectrum has them.
+    ingestFine({spectrum.fineBandLevels.begin(), spectrum.fineBandLevels.end()}, now, elapsed);
 
     if (detectsFeedback_ && !suspendsFeedbackDetection_ && hasSignal_) {
         setFeedbackWarning(feedbackDetector_.update(spectrum.peak, now));

@@ -1,5 +1,7 @@
 #include "model/SpectrumStyle.h"
 
+#include "common/RawValues.h"
+
 namespace ostrel::SpectrumStyles {
 
 std::string_view rawValue(SpectrumStyle style) noexcept
@@ -17,10 +19,7 @@ std::string_view rawValue(SpectrumStyle style) noexcept
 
 std::optional<SpectrumStyle> fromRawValue(std::string_view raw) noexcept
 {
-    for (auto style : all) {
-        if (rawValue(style) == raw) return style;
-    }
-    return std::nullopt;
+    return RawValues::find(all, raw, [](auto value) { return rawValue(value); });
 }
 
 std::string_view title(SpectrumStyle style) noexcept

@@ -1,5 +1,7 @@
 #include "network/CrewRole.h"
 
+#include "common/RawValues.h"
+
 namespace ostrel::CrewRoles {
 
 std::string_view rawValue(CrewRole role) noexcept
@@ -17,10 +19,7 @@ std::string_view rawValue(CrewRole role) noexcept
 
 std::optional<CrewRole> fromRawValue(std::string_view raw) noexcept
 {
-    for (auto role : all) {
-        if (rawValue(role) == raw) return role;
-    }
-    return std::nullopt;
+    return RawValues::find(all, raw, [](auto value) { return rawValue(value); });
 }
 
 std::string_view title(CrewRole role) noexcept

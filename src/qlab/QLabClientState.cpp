@@ -1,5 +1,7 @@
 #include "qlab/QLabClientState.h"
 
+#include "common/RawValues.h"
+
 namespace ostrel::QLabClientStates {
 
 std::string_view rawValue(QLabClientState state) noexcept
@@ -23,10 +25,7 @@ std::string_view rawValue(QLabClientState state) noexcept
 
 std::optional<QLabClientState> fromRawValue(std::string_view raw) noexcept
 {
-    for (auto state : all) {
-        if (rawValue(state) == raw) return state;
-    }
-    return std::nullopt;
+    return RawValues::find(all, raw, [](auto value) { return rawValue(value); });
 }
 
 std::string_view title(QLabClientState state) noexcept

@@ -17,15 +17,6 @@ extern "C" {
 
 namespace ostrel {
 
-namespace {
-
-QString errorText(int code)
-{
-    return QString::fromStdString(ffmpegErrorText(code));
-}
-
-} // namespace
-
 struct AacFileWriter::Impl {
     AVFormatContext* format = nullptr;
     AVCodecContext* codec = nullptr;
@@ -90,7 +81,7 @@ AacFileWriter::OpenResult AacFileWriter::open(const QString& path, int sampleRat
     const QByteArray fileName = QFile::encodeName(path);
     int result
         = avformat_alloc_output_context2(&impl->format, nullptr, "adts", fileName.constData());
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorMessage(result);
 
     const AVCodec* encoder = avcodec_find_encoder_by_name("aac");
     if (encoder == nullptr) return QStringLiteral("FFmpeg has no AAC encoder.");
@@ -100,7 +91,7 @@ AacFileWriter::OpenResult AacFileWriter::open(const QString& path, int sampleRat
     impl->frame = av_frame_alloc();
     if (impl->codec == nullptr || impl->stream == nullptr || impl->packet == nullptr
         || impl->frame == nullptr) {
-        return errorText(AVERROR(ENOMEM));
+        return ffmpegErrorMessage(AVERROR(ENOMEM));
     }
     AVCodecContext& codec = *impl->codec;
     codec.sample_fmt = AV_SAMPLE_FMT_FLTP; // the only format the native encoder takes
@@ -112,26 +103,26 @@ AacFileWriter::OpenResult AacFileWriter::open(const QString& path, int sampleRat
         codec.flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     }
     result = avcodec_open2(impl->codec, encoder, nullptr);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorMessage(result);
     result = avcodec_parameters_from_context(impl->stream->codecpar, impl->codec);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorMessage(result);
     impl->stream->time_base = codec.time_base;
 
     result = avio_open(&impl->format->pb, fileName.constData(), AVIO_FLAG_WRITE);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorMessage(result);
     result = avformat_write_header(impl->format, nullptr);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorMessage(result);
     impl->headerWritten = true;
 
     impl->fifo = av_audio_fifo_alloc(codec.sample_fmt, 1, 4 * codec.frame_size);
-    if (impl->fifo == nullptr) return errorText(AVERROR(ENOMEM));
+    if (impl->fifo == nullptr) return ffmpegErrorMessage(AVERROR(ENOMEM));
     AVFrame& frame = *impl->frame;
     frame.format = codec.sample_fmt;
     frame.sample_rate = sampleRate;
     frame.nb_samples = codec.frame_size;
     result = av_channel_layout_copy(&frame.ch_layout, &codec.ch_layout);
     if (result >= 0) result = av_frame_get_buffer(impl->frame, 0);
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorMessage(result);
 
     return std::unique_ptr<AacFileWriter>(new AacFileWriter(std::move(impl)));
 }
@@ -159,17 +150,17 @@ std::optional<QString> AacFileWriter::write(std::span<const float> samples)
     void* planes[1] = {const_cast<float*>(samples.data())};
     const int count = static_cast<int>(samples.size());
     if (av_audio_fifo_write(impl_->fifo, planes, count) != count) {
-        return errorText(AVERROR(ENOMEM));
+        return ffmpegErrorMessage(AVERROR(ENOMEM));
     }
     const int frameSize = impl_->codec->frame_size;
     bool encoded = false;
     while (av_audio_fifo_size(impl_->fifo) >= frameSize) {
         if (const int result = impl_->encodeFromFifo(frameSize); result < 0)
-            return errorText(result);
+            return ffmpegErrorMessage(result);
         encoded = true;
     }
     if (encoded) {
-        if (const int result = impl_->flushToDisk(); result < 0) return errorText(result);
+        if (const int result = impl_->flushToDisk(); result < 0) return ffmpegErrorMessage(result);
     }
     return std::nullopt;
 }
@@ -188,7 +179,7 @@ std::optional<QString> AacFileWriter::close()
     if (result >= 0) result = impl_->flushToDisk();
     const int closed = avio_closep(&impl_->format->pb);
     if (result >= 0) result = closed;
-    if (result < 0) return errorText(result);
+    if (result < 0) return ffmpegErrorMessage(result);
     return std::nullopt;
 }
 

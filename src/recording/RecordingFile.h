@@ -9,7 +9,14 @@
 
 namespace ostrel::RecordingFile {
 
-// Maps the file; nothing when it can't be mapped or its header is not this program's.
-std::optional<RecordingFrames> open(const QString& path);
+struct Opened {
+    std::optional<RecordingFrames> frames;
+    // Without frames, why, in words for the user: a file that is not this program's gets the
+    // corrupt-file text, one that can't be read the system's reason.
+    QString error;
+};
+
+// Maps the file.
+Opened open(const QString& path);
 
 } // namespace ostrel::RecordingFile

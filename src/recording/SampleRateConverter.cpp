@@ -13,15 +13,6 @@ extern "C" {
 
 namespace ostrel {
 
-namespace {
-
-QString errorText(int code)
-{
-    return QString::fromStdString(ffmpegErrorText(code));
-}
-
-} // namespace
-
 SampleRateConverter::MakeResult SampleRateConverter::make(double inputRate, int outputRate)
 {
     const double rounded = std::round(inputRate);
@@ -35,7 +26,7 @@ SampleRateConverter::MakeResult SampleRateConverter::make(double inputRate, int 
     if (result >= 0) result = swr_init(context);
     if (result < 0) {
         swr_free(&context);
-        return errorText(result);
+        return ffmpegErrorMessage(result);
     }
     return std::unique_ptr<SampleRateConverter>(
         new SampleRateConverter(context, inputRate, outputRate));
@@ -69,7 +60,7 @@ std::optional<QString> SampleRateConverter::run(
     const float* input, int count, std::vector<float>& output)
 {
     const int capacity = swr_get_out_samples(context_, count);
-    if (capacity < 0) return errorText(capacity);
+    if (capacity < 0) return ffmpegErrorMessage(capacity);
     output.resize(static_cast<std::size_t>(capacity) + 64);
     const auto* in = reinterpret_cast<const std::uint8_t*>(input);
     auto* out = reinterpret_cast<std::uint8_t*>(output.data());
@@ -77,7 +68,7 @@ std::optional<QString> SampleRateConverter::run(
         context_, &out, static_cast<int>(output.size()), input != nullptr ? &in : nullptr, count);
     if (converted < 0) {
         output.clear();
-        return errorText(converted);
+        return ffmpegErrorMessage(converted);
     }
     output.resize(static_cast<std::size_t>(converted));
     return std::nullopt;

@@ -10,7 +10,12 @@ std::unique_ptr<SessionPlayer> open(
     const Recording& recording, SessionPlayer::Options options, QObject* parent)
 {
     std::optional<RecordingFrames> frames;
-    if (recording.hasMeasurements) frames = RecordingFile::open(recording.framesPath());
+    if (recording.hasMeasurements) {
+        auto opened = RecordingFile::open(recording.framesPath());
+        frames = std::move(opened.frames);
+        // The player says the measurements couldn't be read; the log keeps why.
+        if (!frames) qCWarning(ostrelReplay, "%s", qUtf8Printable(opened.error));
+    }
 
     std::unique_ptr<ReplayAudio> audio;
     if (recording.hasAudio) {

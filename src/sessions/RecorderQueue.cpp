@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "measurement/FiniteSamples.h"
+
 namespace ostrel {
 
 RecorderQueue::RecorderQueue(Capacity capacity)
@@ -19,7 +21,8 @@ void RecorderQueue::push(std::span<const float> samples, double sampleRate,
         && tryPushRing(samples, sampleRate, interval, at)) {
         return;
     }
-    OwnedBlock block {std::vector<float>(samples.begin(), samples.end()), sampleRate, interval, at};
+    OwnedBlock block {std::vector<float>(samples.size()), sampleRate, interval, at};
+    FiniteSamples::copy(samples, block.samples.data());
     {
         const std::lock_guard lock(overflowMutex_);
         overflow_.push_back(std::move(block));
@@ -43,8 +46,8 @@ bool RecorderQueue::tryPushRing(std::span<const float> samples, double sampleRat
     if (offset + count > ringSize) start += ringSize - offset;
     if (start + count - sampleRead_.load(std::memory_order_acquire) > ringSize) return false;
 
-    std::copy(samples.begin(), samples.end(),
-        samples_.begin() + static_cast<std::ptrdiff_t>(start % ringSize));
+    // The encoder refuses NaN and infinity and would end the show's audio file.
+    FiniteSamples::copy(samples, samples_.data() + static_cast<std::ptrdiff_t>(start % ringSize));
     Slot& slot = slots_[written % slots_.size()];
     slot.start = start;
     slot.count = count;

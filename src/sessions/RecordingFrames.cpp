@@ -25,6 +25,14 @@ RecordingFrames::RecordingFrames(std::shared_ptr<const void> owner, QByteArrayVi
 {
 }
 
+QString RecordingFrames::corruptFileError(const QString& fileName)
+{
+    return QStringLiteral(
+        "The file \u201C%1\u201D couldn\u2019t be opened because it isn\u2019t in the correct "
+        "format.")
+        .arg(fileName);
+}
+
 std::optional<RecordingFrames> RecordingFrames::fromMapping(
     std::shared_ptr<const void> owner, QByteArrayView bytes)
 {

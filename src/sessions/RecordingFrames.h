@@ -21,6 +21,8 @@ public:
     // Over bytes that `owner` keeps alive, such as a mapped file.
     static std::optional<RecordingFrames> fromMapping(
         std::shared_ptr<const void> owner, QByteArrayView bytes);
+    // What the user reads when a file's header is not this program's.
+    static QString corruptFileError(const QString& fileName);
 
     // Whole frames only: a last frame cut short by a crash is not counted.
     qsizetype count() const { return count_; }

@@ -1,12 +1,17 @@
 #include "station/CalibrationRun.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace ostrel {
 
 CalibrationRun::CalibrationRun(const MeasurementSettings& settings, QObject* parent)
     : QObject(parent), settings_(settings)
 {
+    // A monotonic clock: a wall-clock step mid-measurement must not shorten or stretch it.
+    auto monotonic = std::make_shared<QElapsedTimer>();
+    monotonic->start();
+    clock_ = [monotonic] { return static_cast<double>(monotonic->nsecsElapsed()) / 1e9; };
     timer_.setSingleShot(false);
     connect(&timer_, &QTimer::timeout, this, &CalibrationRun::tick);
 }
@@ -15,7 +20,7 @@ void CalibrationRun::measure(double duration, Progress progress, Completion comp
 {
     if (collector_) cancel();
     collector_.emplace();
-    started_.start();
+    started_ = clock_();
     duration_ = std::max(duration, 0.0);
     progress_ = std::move(progress);
     completion_ = std::move(completion);
@@ -34,8 +39,7 @@ void CalibrationRun::add(const MeasurementInterval& interval)
 
 void CalibrationRun::tick()
 {
-    // A monotonic clock: a wall-clock step mid-measurement must not shorten or stretch it.
-    const double elapsed = static_cast<double>(started_.elapsed()) / 1000.0;
+    const double elapsed = clock_() - started_;
     const double fraction = duration_ > 0.0 ? std::min(elapsed / duration_, 1.0) : 1.0;
     if (progress_) progress_(fraction);
     if (elapsed >= duration_) finish();

@@ -21,6 +21,8 @@ class CalibrationRun : public QObject {
 public:
     static constexpr int defaultTickMs = 100;
 
+    // Seconds on a monotonic clock, from any origin; tests hand in their own.
+    using Clock = std::function<double()>;
     using Progress = std::function<void(double fraction)>;
     using Completion = std::function<void(std::optional<CalibrationResult>)>;
 
@@ -35,6 +37,7 @@ public:
     void add(const MeasurementInterval& interval);
     bool isMeasuring() const { return collector_.has_value(); }
     void setTick(int milliseconds) { tickMs_ = milliseconds; }
+    void setClock(Clock clock) { clock_ = std::move(clock); }
 
 private:
     void tick();
@@ -44,7 +47,8 @@ private:
     std::optional<CalibrationCollector> collector_;
     QTimer timer_;
     int tickMs_ = defaultTickMs;
-    QElapsedTimer started_;
+    Clock clock_;
+    double started_ = 0.0;
     double duration_ = 0.0;
     Progress progress_;
     Completion completion_;

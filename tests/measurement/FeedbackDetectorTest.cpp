@@ -4,18 +4,14 @@
 #include <optional>
 
 #include "measurement/FeedbackDetector.h"
+#include "support/IntervalTicks.h"
 
 using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date {}, 1'700'000'000.0);
-
-// Spectra arrive ten times a second; whole milliseconds keep the dates exact.
-Date tick(int index)
-{
-    return base + std::chrono::milliseconds(100 * index);
-}
+const Date base = testsupport::tickBase;
+using testsupport::tick;
 
 SpectralPeak tone(double frequency, double level, double prominence, double harmonicLevel = -40.0)
 {

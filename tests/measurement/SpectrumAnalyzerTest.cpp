@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QLocale>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -158,21 +157,6 @@ TEST(SpectrumAnalyzer, AppendOfABlockLongerThanTheRingKeepsOnlyItsLastSamples)
     ASSERT_TRUE(spectrum);
     EXPECT_FALSE(spectrum->peak);
     EXPECT_EQ(spectrum->bandLevels[17], -200.0);
-}
-
-TEST(SpectrumAnalyzer, FormatFollowsItsRoundingRules)
-{
-    const QLocale english(QLocale::English, QLocale::UnitedStates);
-    EXPECT_EQ(Spectrum::format(99.96, english), "100.0 Hz");
-    EXPECT_EQ(Spectrum::format(999.6, english), "1000 Hz");
-    EXPECT_EQ(Spectrum::format(31.5, english), "31.5 Hz");
-    EXPECT_EQ(Spectrum::format(1250.0, english), "1.25 kHz");
-    EXPECT_EQ(Spectrum::format(12500.0, english), "12.5 kHz");
-    EXPECT_EQ(Spectrum::format(1250.0, QLocale(QLocale::German, QLocale::Germany)), "1,25 kHz");
-    EXPECT_EQ(Spectrum::shortLabel(1000.0), "1k");
-    EXPECT_EQ(Spectrum::shortLabel(2500.0), "2.5k");
-    EXPECT_EQ(Spectrum::shortLabel(500.0), "500");
-    EXPECT_EQ(Spectrum::shortLabel(31.6), "31");
 }
 
 TEST(SpectrumAnalyzer, At384kHzThe20HzBandComesFromTheFallbackBinScaledByItsWidth)

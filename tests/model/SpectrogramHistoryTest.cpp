@@ -4,17 +4,14 @@
 #include <vector>
 
 #include "model/SpectrogramHistory.h"
+#include "support/IntervalTicks.h"
 
 using namespace ostrel;
 
 namespace {
 
-const Date base = addingSeconds(Date {}, 1'700'000'000.0);
-
-Date tick(int index)
-{
-    return base + std::chrono::milliseconds(100 * index);
-}
+const Date base = testsupport::tickBase;
+using testsupport::tick;
 
 // Column `index` of a small ring: every row is index * 10 + row, so each value says where it
 // came from.

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include "qlab/QLabFollower.h"
+#include "support/QLabCueIds.h"
 
 using namespace ostrel;
 using Effect = QLabFollower::Effect;
@@ -59,11 +60,7 @@ OSCMessage listReply(const QJsonArray& entries)
     return reply(listAddress, "ok", entries);
 }
 
-QString valuesAddress(const QString& cue)
-{
-    return QStringLiteral("/workspace/W-1/cue_id/%1/valuesForKeys").arg(cue);
-}
-
+using ostrel::testsupport::valuesAddress;
 OSCMessage valuesReply(const QString& cue, const QJsonObject& values)
 {
     return reply(valuesAddress(cue), "ok", values);
@@ -110,13 +107,7 @@ template <typename Kind> std::ptrdiff_t indexOf(const Effects& effects)
     return found == effects.end() ? -1 : found - effects.begin();
 }
 
-QStringList ids(const std::vector<QLabCue>& cues)
-{
-    QStringList result;
-    for (const auto& cue : cues)
-        result.append(cue.id);
-    return result;
-}
+using ostrel::testsupport::ids;
 
 void append(Effects& all, const Effects& more)
 {

@@ -58,7 +58,8 @@ TEST_P(RecordingAlignment, AClickDecodesAtItsAudioTimeWithinAMillisecondOnceTheE
 
     // The frame that closed with the click's block tells the same time to within that block.
     const auto frames
-        = RecordingFile::open(QDir(temporary.path()).filePath(RecordingFormat::framesFileName));
+        = RecordingFile::open(QDir(temporary.path()).filePath(RecordingFormat::framesFileName))
+              .frames;
     ASSERT_TRUE(frames.has_value());
     const auto before = frames->lastIndexAtOrBefore(clickTime);
     ASSERT_TRUE(before.has_value());

@@ -38,7 +38,7 @@ TEST(RecordingCrash, AKilledRecorderLeavesEveryWholeFrameReadableAndTheAudioPlay
     EXPECT_EQ(WTERMSIG(status), SIGKILL);
 
     const QString framesPath = QDir(folder).filePath(RecordingFormat::framesFileName);
-    const auto frames = RecordingFile::open(framesPath);
+    const auto frames = RecordingFile::open(framesPath).frames;
     ASSERT_TRUE(frames.has_value());
     const qint64 bytes = QFileInfo(framesPath).size();
     EXPECT_EQ(frames->count(), (bytes - 32) / static_cast<qint64>(RecordingFormat::frameSize));

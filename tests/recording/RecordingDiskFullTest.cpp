@@ -72,7 +72,8 @@ TEST(RecordingDiskFull, AFailedMeasurementsFileSetsItsFlagWhileTheAudioGoesOn)
     EXPECT_EQ(run->log.front().rfind("ostrel.recording: Measurement recording stopped: ", 0), 0u)
         << run->log.front();
 
-    const auto frames = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
+    const auto frames
+        = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName)).frames;
     ASSERT_TRUE(frames.has_value());
     const qsizetype fit = (limit - 32) / static_cast<qsizetype>(RecordingFormat::frameSize);
     EXPECT_EQ(frames->count(), fit) << "every whole frame that fitted, and the cut one ignored";
@@ -100,7 +101,8 @@ TEST(RecordingDiskFull, AFailedAudioFileSetsItsFlagWhileTheMeasurementsGoOn)
     EXPECT_EQ(run->log.front().rfind("ostrel.recording: Audio recording stopped: ", 0), 0u)
         << run->log.front();
 
-    const auto frames = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName));
+    const auto frames
+        = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName)).frames;
     ASSERT_TRUE(frames.has_value());
     ASSERT_EQ(frames->count(), 20);
     for (qsizetype i = 0; i < frames->count(); ++i) {

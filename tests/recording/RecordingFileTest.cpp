@@ -5,27 +5,17 @@
 
 #include "recording/RecordingFile.h"
 #include "sessions/RecordingFormat.h"
-#include "sessions/SessionSamples.h"
+#include "support/RecordedFrameBytes.h"
 
 using namespace ostrel;
-using namespace ostrel::sessions_test;
 
 namespace {
 
-struct Times {
-    double audio;
-    double wall;
-};
+using Times = testsupport::FrameTimes;
 
 QByteArray fileBytes(const std::vector<Times>& times)
 {
-    QByteArray bytes = RecordingFormat::header();
-    for (const Times& time : times) {
-        MeasurementInterval withSpectrum = interval(80.0);
-        withSpectrum.spectrum.emplace().bandLevels.fill(55.5);
-        bytes += RecordingFormat::encode(RecordedFrame {time.audio, time.wall, withSpectrum});
-    }
-    return bytes;
+    return testsupport::recordedFrameBytes(times);
 }
 
 bool write(const QString& path, const QByteArray& bytes)
@@ -34,7 +24,7 @@ bool write(const QString& path, const QByteArray& bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-const std::vector<Times> steady {{0.1, 0.12}, {0.2, 0.21}, {0.3, 0.33}, {0.4, 0.41}};
+const std::vector<Times>& steady = testsupport::steadyFrameTimes;
 
 } // namespace
 
@@ -44,18 +34,18 @@ TEST(RecordingFile, FilesOf31BytesOrAnotherBandCountFailToOpen)
     ASSERT_TRUE(temporary.isValid());
     const QString shortFile = temporary.filePath("short.ostrel");
     ASSERT_TRUE(write(shortFile, RecordingFormat::header().left(31)));
-    EXPECT_FALSE(RecordingFile::open(shortFile).has_value());
+    EXPECT_FALSE(RecordingFile::open(shortFile).frames.has_value());
 
     QByteArray otherBands = fileBytes(steady);
     otherBands[16] = 30;
     const QString foreignFile = temporary.filePath("foreign.ostrel");
     ASSERT_TRUE(write(foreignFile, otherBands));
-    EXPECT_FALSE(RecordingFile::open(foreignFile).has_value());
+    EXPECT_FALSE(RecordingFile::open(foreignFile).frames.has_value());
 
     const QString emptyFile = temporary.filePath("empty.ostrel");
     ASSERT_TRUE(write(emptyFile, {}));
-    EXPECT_FALSE(RecordingFile::open(emptyFile).has_value());
-    EXPECT_FALSE(RecordingFile::open(temporary.filePath("missing.ostrel")).has_value());
+    EXPECT_FALSE(RecordingFile::open(emptyFile).frames.has_value());
+    EXPECT_FALSE(RecordingFile::open(temporary.filePath("missing.ostrel")).frames.has_value());
 }
 
 TEST(RecordingFile, MappedFileReadsItsFrames)
@@ -65,7 +55,7 @@ TEST(RecordingFile, MappedFileReadsItsFrames)
     const QString path = temporary.filePath(RecordingFormat::framesFileName);
     ASSERT_TRUE(write(path, fileBytes(steady)));
 
-    auto opened = RecordingFile::open(path);
+    auto opened = RecordingFile::open(path).frames;
     ASSERT_TRUE(opened.has_value());
     // A copy outlives the original and still reads the mapped bytes.
     const RecordingFrames copy = *opened;
@@ -80,4 +70,29 @@ TEST(RecordingFile, MappedFileReadsItsFrames)
     EXPECT_EQ(frame->wallTime, 0.33);
     ASSERT_TRUE(frame->interval.spectrum.has_value());
     EXPECT_EQ(frame->interval.spectrum->bandLevels[30], 55.5);
+}
+
+TEST(RecordingFile, AForeignOrCutFileSaysItIsNotInTheCorrectFormatAndAMissingOneWhy)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString expected = QString::fromUtf8(
+        "The file \u201Cmeasurements.ostrel\u201D couldn\u2019t be opened because it isn\u2019t in "
+        "the correct format.");
+    const QString path = temporary.filePath("measurements.ostrel");
+
+    ASSERT_TRUE(write(path, QByteArray(4096, 'x')));
+    EXPECT_EQ(RecordingFile::open(path).error, expected);
+    ASSERT_TRUE(write(path, RecordingFormat::header().left(31)));
+    EXPECT_EQ(RecordingFile::open(path).error, expected);
+
+    ASSERT_TRUE(write(path, fileBytes(steady)));
+    const auto good = RecordingFile::open(path);
+    EXPECT_TRUE(good.frames.has_value());
+    EXPECT_TRUE(good.error.isEmpty());
+
+    const auto missing = RecordingFile::open(temporary.filePath("gone/measurements.ostrel"));
+    EXPECT_FALSE(missing.frames.has_value());
+    EXPECT_FALSE(missing.error.isEmpty());
+    EXPECT_NE(missing.error, expected);
 }

@@ -39,7 +39,8 @@ protected:
 
     static RecordingFrames framesIn(const QString& path)
     {
-        auto frames = RecordingFile::open(QDir(path).filePath(RecordingFormat::framesFileName));
+        auto frames
+            = RecordingFile::open(QDir(path).filePath(RecordingFormat::framesFileName)).frames;
         EXPECT_TRUE(frames.has_value());
         return frames ? std::move(*frames) : *RecordingFrames::fromBytes(RecordingFormat::header());
     }

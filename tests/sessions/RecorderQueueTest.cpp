@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <numeric>
 #include <thread>
 
@@ -102,4 +103,24 @@ TEST(RecorderQueue, ConcurrentProducerAndConsumerOnTwoThreadsLoseAndReorderNothi
     queue.drain(visit);
     EXPECT_TRUE(ordered);
     EXPECT_EQ(next, blocks);
+}
+
+TEST(RecorderQueue, NonFiniteSamplesReachTheRecorderAsSilenceInTheRingAndInTheSpill)
+{
+    RecorderQueue queue({8, 1});
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    const std::vector<float> block {0.5f, nan, inf, -inf, -0.5f};
+    // The first block fits the ring; the second spills, since the ring has one slot.
+    queue.push(block, 48000.0, std::nullopt, sessions_test::showStart);
+    queue.push(block, 48000.0, std::nullopt, sessions_test::showStart);
+    ASSERT_EQ(queue.overflowCount(), 1u);
+    std::vector<std::vector<float>> seen;
+    queue.drain([&](const RecorderQueue::Block& drained) {
+        seen.emplace_back(drained.samples.begin(), drained.samples.end());
+    });
+    const std::vector<float> expected {0.5f, 0.0f, 0.0f, 0.0f, -0.5f};
+    ASSERT_EQ(seen.size(), 2u);
+    EXPECT_EQ(seen[0], expected);
+    EXPECT_EQ(seen[1], expected);
 }

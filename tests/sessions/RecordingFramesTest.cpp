@@ -2,27 +2,17 @@
 
 #include "sessions/RecordingFormat.h"
 #include "sessions/RecordingFrames.h"
-#include "sessions/SessionSamples.h"
+#include "support/RecordedFrameBytes.h"
 
 using namespace ostrel;
-using namespace ostrel::sessions_test;
 
 namespace {
 
-struct Times {
-    double audio;
-    double wall;
-};
+using Times = testsupport::FrameTimes;
 
 QByteArray fileBytes(const std::vector<Times>& times)
 {
-    QByteArray bytes = RecordingFormat::header();
-    for (const Times& time : times) {
-        MeasurementInterval withSpectrum = interval(80.0);
-        withSpectrum.spectrum.emplace().bandLevels.fill(55.5);
-        bytes += RecordingFormat::encode(RecordedFrame {time.audio, time.wall, withSpectrum});
-    }
-    return bytes;
+    return testsupport::recordedFrameBytes(times);
 }
 
 RecordingFrames frames(const std::vector<Times>& times)
@@ -32,7 +22,7 @@ RecordingFrames frames(const std::vector<Times>& times)
     return std::move(*result);
 }
 
-const std::vector<Times> steady {{0.1, 0.12}, {0.2, 0.21}, {0.3, 0.33}, {0.4, 0.41}};
+const std::vector<Times>& steady = testsupport::steadyFrameTimes;
 
 } // namespace
 

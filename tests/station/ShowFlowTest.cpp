@@ -354,7 +354,7 @@ private slots:
         QCOMPARE(listed.front().session.name, QString("Killed Show"));
         QVERIFY(!listed.front().session.end);
         QVERIFY(listed.front().hasMeasurements);
-        const auto frames = RecordingFile::open(listed.front().framesPath());
+        const auto frames = RecordingFile::open(listed.front().framesPath()).frames;
         QVERIFY(frames);
         QVERIFY2(frames->count() >= framesBeforeTheKill,
             qPrintable(QStringLiteral("%1 frames on disk, %2 made")

@@ -12,6 +12,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "support/TextLines.h"
 #include "tools/AnalyzerProcess.h"
 #include "tools/TestAudioFiles.h"
 
@@ -38,14 +39,7 @@ struct CsvOutput {
     std::vector<std::string> comments;
 };
 
-std::vector<std::string> lines(const std::string& text)
-{
-    std::vector<std::string> result;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        result.push_back(line);
-    return result;
-}
+using ostrel::testsupport::lines;
 
 CsvOutput parseCsv(const std::string& text)
 {

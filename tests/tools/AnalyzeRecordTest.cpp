@@ -71,7 +71,7 @@ TEST(AnalyzeRecordTest, AFileBecomesARecordedShowWithSessionSoundAndFrames)
     // Rows are not printed; the summary is.
     EXPECT_EQ(run.out.rfind("# summary leq=-23.01", 0), 0u) << run.out;
 
-    const auto frames = RecordingFile::open(path(folder / RecordingFormat::framesFileName));
+    const auto frames = RecordingFile::open(path(folder / RecordingFormat::framesFileName)).frames;
     ASSERT_TRUE(frames);
     ASSERT_EQ(frames->count(), 30);
     EXPECT_NEAR(*frames->audioTime(0), 0.1, 1e-9);

@@ -11,6 +11,7 @@
 #include <QJsonObject>
 
 #include "measurement/SpectrumBand.h"
+#include "support/TextLines.h"
 #include "tools/AnalyzerProcess.h"
 #include "tools/TestAudioFiles.h"
 
@@ -26,14 +27,7 @@ constexpr double firstSpectrumTime = 0.4;
 constexpr double timeSlack = 1e-6;
 constexpr std::size_t csvColumns = 7 + 31 + 240 + 6;
 
-std::vector<std::string> lines(const std::string& text)
-{
-    std::vector<std::string> result;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        result.push_back(line);
-    return result;
-}
+using ostrel::testsupport::lines;
 
 // Empty cells count, so "a,,b" is three.
 std::vector<std::string> cells(const std::string& line)

@@ -67,8 +67,16 @@ void AudioNoticeModel::setCommandLauncher(std::function<bool(const Command&)> la
 bool AudioNoticeModel::showsAction() const
 {
     if (!notice_) return false;
-    if (notice_->action == Action::openSoundSettings)
+    switch (notice_->action) {
+    case Action::openSoundSettings:
         return soundSettingsCommand(find_).has_value();
+    case Action::chooseInput:
+        // Until a window lets the operator choose an input, a button would lead nowhere.
+        return false;
+    case Action::none:
+    case Action::retry:
+        break;
+    }
     return true;
 }
 
@@ -81,7 +89,6 @@ void AudioNoticeModel::perform()
         if (const auto command = soundSettingsCommand(find_)) launch_(*command);
         return;
     case Action::chooseInput:
-        emit settingsRequested();
         return;
     case Action::retry:
         if (input_ && mode_ == AppModel::Mode::live) input_->restart();

@@ -80,8 +80,6 @@ signals:
     void modeChanged();
     void inputChanged();
     void noticeChanged();
-    // "Choose Input" opens the input settings once they exist.
-    void settingsRequested();
 
 protected:
     void attach() override;

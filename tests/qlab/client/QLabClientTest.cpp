@@ -9,6 +9,7 @@
 
 #include "FakeQLab.h"
 #include "qlab/client/QLabClient.h"
+#include "support/QLabCueIds.h"
 
 using namespace ostrel;
 using ostrel::testing::FakeQLab;
@@ -40,18 +41,8 @@ struct TestClock {
     Date now() const { return fixed.value_or(std::chrono::system_clock::now()); }
 };
 
-QString valuesAddress(const QString& cue)
-{
-    return QStringLiteral("/workspace/W-1/cue_id/%1/valuesForKeys").arg(cue);
-}
-
-QStringList ids(const std::vector<QLabCue>& cues)
-{
-    QStringList result;
-    for (const auto& cue : cues)
-        result.append(cue.id);
-    return result;
-}
+using ostrel::testsupport::ids;
+using ostrel::testsupport::valuesAddress;
 
 // Lets the event loop run for a while, for checks that something does not happen.
 void settle(int milliseconds)
