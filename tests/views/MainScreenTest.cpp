@@ -10,7 +10,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtQml/qqmlextensionplugin.h>
 #include <chrono>
 #include <memory>
 #include <set>
@@ -22,12 +21,7 @@
 #include "views/components/Symbols.h"
 #include "views/main/MonitorLayout.h"
 
-Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_QLabPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_SessionsPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_RecordingsPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
+#include "StationQmlModules.h"
 
 using namespace ostrel;
 

@@ -10,7 +10,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtQml/qqmlextensionplugin.h>
 #include <cmath>
 
 #include "app/SilentCaptureBackend.h"
@@ -20,12 +19,7 @@
 #include "views/components/Theme.h"
 #include "views/recordings/ReplayModel.h"
 
-Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_QLabPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_SessionsPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_RecordingsPlugin)
-Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
+#include "StationQmlModules.h"
 
 using namespace ostrel;
 
