@@ -1,11 +1,16 @@
 // The replay sound through the private PulseAudio server's null sink: it starts where it is
-// asked, and its clock is what the sink has played.
+// asked, its clock is what the sink has played, and what it plays measures as recorded.
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cmath>
+#include <vector>
 
+#include "audio/AudioInput.h"
 #include "audio/FFmpegReplayAudio.h"
+#include "audio/QtAudioCaptureBackend.h"
+#include "measurement/SPLMath.h"
 #include "recording/RecordingSignals.h"
 #include "recording/SessionRecorder.h"
 #include "sessions/RecordingFormat.h"
@@ -46,6 +51,38 @@ private slots:
             qPrintable(QString::number(wall.elapsed())));
         sound->stop();
         QVERIFY(!sound->currentSeconds().has_value());
+    }
+
+    void theReplayedSoundMeasuresTheRecordedLevelThroughTheServer()
+    {
+        // The null sink's monitor, measured as the station measures its microphone.
+        AudioInput input(std::make_unique<QtAudioCaptureBackend>(100));
+        input.pipeline()->configure(FrequencyWeighting::z, TimeWeighting::fast, 0.0, std::nullopt);
+        std::vector<MeasurementInterval> intervals;
+        input.onInterval
+            = [&](const MeasurementInterval& interval) { intervals.push_back(interval); };
+        input.start("testmic", 0);
+        QCOMPARE(input.status(), AudioInput::Status::running);
+
+        auto opened = FFmpegReplayAudio::open(path_);
+        QVERIFY(std::holds_alternative<std::unique_ptr<FFmpegReplayAudio>>(opened));
+        auto& sound = std::get<std::unique_ptr<FFmpegReplayAudio>>(opened);
+        QVERIFY(sound->play(0.5));
+        QTRY_VERIFY_WITH_TIMEOUT(sound->currentSeconds().value_or(0.0) >= 0.8, 5000);
+        intervals.clear();
+        // Two seconds of the tone, well inside the three and a half that are left.
+        QTRY_VERIFY_WITH_TIMEOUT(intervals.size() >= 20, 10000);
+        sound->stop();
+        input.stop();
+
+        const double recorded = SPLMath::decibels(0.3 * 0.3 / 2.0);
+        for (std::size_t i = 5; i < 20; ++i) {
+            QVERIFY2(std::fabs(intervals[i].leq() - recorded) < 0.5,
+                qPrintable(QStringLiteral("interval %1 reads %2 dB, recorded %3 dB")
+                               .arg(i)
+                               .arg(intervals[i].leq())
+                               .arg(recorded)));
+        }
     }
 
     void volumeIsKeptAcrossStarts()
