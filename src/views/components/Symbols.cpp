@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 8> entries {{
+constexpr std::array<Symbols::Entry, 16> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
@@ -16,6 +16,14 @@ constexpr std::array<Symbols::Entry, 8> entries {{
     {"internaldrive", "storage", "\u25A4"},
     {"list.bullet", "list", "\u2630"},
     {"play.fill", "play_arrow", "\u25B6"},
+    {"pause.fill", "pause", "\u2016"},
+    {"backward.end.fill", "skip_previous", "\u23EE"},
+    {"forward.end.fill", "skip_next", "\u23ED"},
+    {"gobackward.10", "replay_10", "\u21BA"},
+    {"goforward.10", "forward_10", "\u21BB"},
+    {"speaker.fill", "volume_up", "\u266B"},
+    {"sidebar.right", "view_sidebar", "\u2759"},
+    {"waveform", "graphic_eq", "\u223F"},
 }};
 
 bool fontInstalled = false;

@@ -191,30 +191,36 @@ Item {
 
             RowLayout {
                 spacing: 14
-                ToolButton {
-                    text: "Previous Cue"
-                    ToolTip.text: "Previous cue (Ctrl+Alt+Left)"
+                TransportButton {
+                    symbol: "backward.end.fill"
+                    title: "Previous Cue"
+                    help: "Previous cue (Ctrl+Alt+Left)"
                     onClicked: replayModel.previousCue()
                 }
-                ToolButton {
-                    text: "Back 10 Seconds"
-                    ToolTip.text: "Back 10 seconds (Ctrl+Left)"
+                TransportButton {
+                    symbol: "gobackward.10"
+                    title: "Back 10 Seconds"
+                    help: "Back 10 seconds (Ctrl+Left)"
                     onClicked: replayModel.back()
                 }
-                ToolButton {
+                TransportButton {
+                    symbol: replayModel.playSymbol
+                    title: replayModel.playTitle
+                    help: replayModel.playTitle + " (Space)"
                     objectName: "playButton"
-                    text: replayModel.playTitle
-                    ToolTip.text: replayModel.playTitle + " (Space)"
+                    symbolSize: 28
                     onClicked: replayModel.togglePlayback()
                 }
-                ToolButton {
-                    text: "Forward 10 Seconds"
-                    ToolTip.text: "Forward 10 seconds (Ctrl+Right)"
+                TransportButton {
+                    symbol: "goforward.10"
+                    title: "Forward 10 Seconds"
+                    help: "Forward 10 seconds (Ctrl+Right)"
                     onClicked: replayModel.forward()
                 }
-                ToolButton {
-                    text: "Next Cue"
-                    ToolTip.text: "Next cue (Ctrl+Alt+Right)"
+                TransportButton {
+                    symbol: "forward.end.fill"
+                    title: "Next Cue"
+                    help: "Next cue (Ctrl+Alt+Right)"
                     onClicked: replayModel.nextCue()
                 }
                 Label {
@@ -229,6 +235,11 @@ Item {
                     ToolTip.text: "Time of day during the show"
                 }
                 Item { Layout.fillWidth: true }
+                SymbolIcon {
+                    visible: replayModel.hasAudio
+                    name: "speaker.fill"
+                    color: Theme.secondary
+                }
                 Slider {
                     objectName: "replayVolume"
                     visible: replayModel.hasAudio
@@ -240,12 +251,13 @@ Item {
                     Accessible.name: "Replay volume"
                     ToolTip.text: "Replays through this computer's sound output"
                 }
-                ToolButton {
-                    text: "Cues"
+                TransportButton {
+                    symbol: "sidebar.right"
+                    title: "Cue List"
+                    help: "Show or hide the cue list"
                     checkable: true
                     checked: root.showsCues
                     onToggled: root.showsCues = checked
-                    ToolTip.text: "Show or hide the cue list"
                 }
             }
         }
