@@ -70,7 +70,8 @@ void ShowSessions::startSession(const QString& name, Date now, const QLocale& lo
 std::optional<QString> ShowSessions::startRecording(Date date)
 {
     if (!keepsFiles_ || !settings_.recordsSessions()) return std::nullopt;
-    const QString name = recordingFolderName(date);
+    // Named after the start, in UTC: safe as a file name, and sorts by time.
+    const QString name = SessionArchive::baseName(date);
     auto created = SessionRecorder::create(
         SessionArchive::recordingFolder(name, sessionsFolder_), date, /*recordsAudio=*/true);
     if (const auto* reason = std::get_if<QString>(&created)) {
@@ -137,11 +138,6 @@ QString ShowSessions::defaultSessionName(Date date, const QLocale& locale)
     format.replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
     const QDate day = IsoDate::toQDateTime(date).toLocalTime().date();
     return QStringLiteral("Show \u2013 ") + locale.toString(day, format.trimmed());
-}
-
-QString ShowSessions::recordingFolderName(Date date)
-{
-    return SessionArchive::baseName(date);
 }
 
 QString ShowSessions::proposedExportName(const ShowSession& session, bool levels)

@@ -76,8 +76,6 @@ public:
 
     // "Show – " and the date in the locale's abbreviated style, without a time.
     static QString defaultSessionName(Date date, const QLocale& locale = QLocale());
-    // The recording folder of a session starting at `date`: "2026-03-14T19-30-05", in UTC.
-    static QString recordingFolderName(Date date);
     // The summary's warning after a recording with this outcome; nothing without a recorder.
     static std::optional<QString> warningFor(
         const std::optional<SessionRecorder::Outcome>& outcome);

@@ -13,6 +13,7 @@
 #include "FakeCaptureBackend.h"
 #include "measurement/SPLMath.h"
 #include "station/AppModel.h"
+#include "support/SteadyInterval.h"
 
 namespace ostrel::testsupport {
 
@@ -37,16 +38,7 @@ protected:
     // A tenth of a second at `level`; `rawDBFS` decides whether it counts as signal.
     static MeasurementInterval interval(double level, double rawDBFS = -20.0, bool clipped = false)
     {
-        MeasurementInterval value;
-        value.sampleCount = 4800;
-        value.sampleRate = 48000.0;
-        value.energy = SPLMath::power(level) * 4800.0;
-        value.peakPower = SPLMath::power(level + 3.0);
-        value.maxLevel = level + 1.0;
-        value.level = level;
-        value.rawEnergy = SPLMath::power(rawDBFS) * 4800.0;
-        value.clipped = clipped;
-        return value;
+        return intervalAt(level, rawDBFS, clipped);
     }
 
     // Feeds `seconds` of intervals at `level`, ten a second, moving the clock on.

@@ -52,6 +52,9 @@ void ReplayModel::setPlayer(std::unique_ptr<SessionPlayer> player, bool hasAudio
     if (player_) player_->close();
     player_ = std::move(player);
     hasAudio_ = player_ && hasAudio;
+    sortedCues_ = player_ ? player_->session().cues : std::vector<CueRecord> {};
+    std::stable_sort(sortedCues_.begin(), sortedCues_.end(),
+        [](const CueRecord& a, const CueRecord& b) { return a.start < b.start; });
     if (player_) {
         connect(
             player_.get(), &SessionPlayer::positionChanged, this, &ReplayModel::positionChanged);
@@ -179,11 +182,8 @@ QVariantList ReplayModel::cues() const
 {
     QVariantList rows;
     if (!player_) return rows;
-    auto sorted = player_->session().cues;
-    std::stable_sort(sorted.begin(), sorted.end(),
-        [](const CueRecord& a, const CueRecord& b) { return a.start < b.start; });
     const auto current = player_->currentCues();
-    for (const CueRecord& cue : sorted) {
+    for (const CueRecord& cue : sortedCues_) {
         const bool running = std::any_of(current.begin(), current.end(),
             [&](const CueRecord& other) { return other.id == cue.id; });
         rows.append(QVariantMap {{QStringLiteral("number"), cue.number},
@@ -209,12 +209,8 @@ void ReplayModel::seekFraction(double fraction)
 
 void ReplayModel::jumpToCue(int index)
 {
-    if (!player_) return;
-    auto sorted = player_->session().cues;
-    std::stable_sort(sorted.begin(), sorted.end(),
-        [](const CueRecord& a, const CueRecord& b) { return a.start < b.start; });
-    if (index >= 0 && index < static_cast<int>(sorted.size()))
-        player_->jump(sorted[static_cast<size_t>(index)]);
+    if (player_ && index >= 0 && index < static_cast<int>(sortedCues_.size()))
+        player_->jump(sortedCues_[static_cast<size_t>(index)]);
 }
 
 void ReplayModel::close()

@@ -126,6 +126,7 @@ private:
     QString folder_;
     double graphDuration_ = 60.0;
     std::unique_ptr<SessionPlayer> player_;
+    std::vector<CueRecord> sortedCues_; // the session's cues by start, for the cue list
     bool hasAudio_ = false;
     QList<QPointF> trace_;
 };

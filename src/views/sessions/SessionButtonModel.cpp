@@ -32,12 +32,12 @@ QString SessionButtonModel::elapsed(double seconds)
 QString SessionButtonModel::helpText() const
 {
     if (!isRunning()) return QStringLiteral("Start a new show session (Ctrl+N)");
-    return QStringLiteral("End \u201C") + name_ + QStringLiteral("\u201D");
+    return QStringLiteral("End \u201C") + session_->name + QStringLiteral("\u201D");
 }
 
 QString SessionButtonModel::accessibleName() const
 {
-    return isRunning() ? QStringLiteral("End session ") + name_ : startTitle();
+    return isRunning() ? QStringLiteral("End session ") + session_->name : startTitle();
 }
 
 int SessionButtonModel::dotColorRole() const
@@ -63,12 +63,9 @@ void SessionButtonModel::attach()
 
 void SessionButtonModel::refresh()
 {
-    const auto& session
-        = appModel_ ? appModel_->sessions().activeSession() : std::optional<ShowSession>();
-    name_ = session ? (session->name.isNull() ? QStringLiteral("") : session->name) : QString();
-    start_ = session ? session->start : Date {};
+    session_ = appModel_ ? appModel_->sessions().activeSession() : std::nullopt;
     // Redrawn each second only while a show runs.
-    if (session)
+    if (session_)
         ticker_.start();
     else
         ticker_.stop();
@@ -78,7 +75,7 @@ void SessionButtonModel::refresh()
 
 void SessionButtonModel::tick()
 {
-    const QString text = isRunning() ? elapsed(secondsBetween(start_, clock_())) : QString();
+    const QString text = session_ ? elapsed(secondsBetween(session_->start, clock_())) : QString();
     if (text == elapsedText_) return;
     elapsedText_ = text;
     emit elapsedTextChanged();

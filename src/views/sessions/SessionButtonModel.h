@@ -41,7 +41,7 @@ public:
     // "0:00:42", "1:02:03": hours, minutes and seconds.
     static QString elapsed(double seconds);
 
-    bool isRunning() const { return !name_.isNull(); }
+    bool isRunning() const { return session_.has_value(); }
     QString elapsedText() const { return elapsedText_; }
     QString helpText() const;
     QString accessibleName() const;
@@ -66,8 +66,7 @@ private:
     QPointer<AppModel> appModel_;
     Clock clock_;
     QTimer ticker_;
-    QString name_; // null while no show runs
-    Date start_ {};
+    std::optional<ShowSession> session_; // the show that runs, if one does
     QString elapsedText_;
 };
 
