@@ -14,7 +14,7 @@ packages=(
   qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qtquick-dialogs
   fonts-material-design-icons-iconfont
   xvfb
-  pulseaudio pulseaudio-utils
+  pulseaudio pulseaudio-utils libpulse-dev
   libfftw3-dev
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
   libgtest-dev libgmock-dev libbenchmark-dev
