@@ -362,6 +362,40 @@ private slots:
                            .arg(framesBeforeTheKill)));
     }
 
+    void aDiskThatFillsUpDuringAShowEndsWithTheWarningAndKeepsCuesAndLevels()
+    {
+        // Ten seconds of sound are well past the limit; the frames and the session stay under it.
+        const qint64 limit = 80 * 1024;
+        QProcess station;
+        station.start(QStringLiteral(OSTREL_SHOW_WRITER),
+            {sessionsFolder(), folder->filePath("writer.ini"), QString::number(limit)});
+        QVERIFY(station.waitForStarted());
+        QVERIFY(station.waitForFinished(60000));
+        QCOMPARE(station.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(station.exitCode(), 0);
+        const QStringList said
+            = QString::fromUtf8(station.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+        QCOMPARE(said.value(0),
+            QString("warning=Part of the recording couldn't be saved. The disk may be full."));
+        // One level a second of the ten.
+        QVERIFY2(said.value(1).startsWith("cues=1 levels="), qPrintable(said.value(1)));
+        const auto levels = static_cast<std::size_t>(said.value(1).section('=', 2).toInt());
+        QVERIFY2(levels >= 9, qPrintable(said.value(1)));
+
+        const auto listed = RecordingLibrary::scan(sessionsFolder());
+        QCOMPARE(listed.size(), size_t(1));
+        const Recording& recording = listed.front();
+        QCOMPARE(recording.session.name, QString("Full Disk"));
+        QVERIFY(recording.session.end);
+        QCOMPARE(recording.session.cues.size(), size_t(1));
+        QCOMPARE(recording.session.cues.front().name, QString("Overture"));
+        QCOMPARE(recording.session.levels.size(), levels);
+        QVERIFY(QFileInfo(recording.folder + "/audio.aac").size() <= limit);
+        const auto frames = RecordingFile::open(recording.framesPath()).frames;
+        QVERIFY(frames);
+        QCOMPARE(frames->count(), 100);
+    }
+
     void theLibraryListsAFinishedShowNewestFirst()
     {
         auto model = make(AppModel::Mode::live);
