@@ -42,6 +42,7 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
       qlab_(settings_->qlab(), qlabTimings, &now),
       sessions_(settings_->sessions(), settings_->measurement(), input_.audio().pipeline(),
           std::make_shared<DiskSessionFiles>(), std::move(sessionsFolder)),
+      updater_(mode == Mode::live, settings_->updates()),
       calibration_(settings_->measurement()),
       source_(&input_)
 {

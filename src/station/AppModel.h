@@ -17,6 +17,7 @@
 #include "measurement/MicrophoneCorrection.h"
 #include "model/MeterModel.h"
 #include "station/AppSettings.h"
+#include "station/AppUpdater.h"
 #include "station/CalibrationRun.h"
 #include "station/LiveInput.h"
 #include "station/QLabLink.h"
@@ -35,6 +36,7 @@ class AppModel : public QObject {
     Q_PROPERTY(ostrel::LiveInput* input READ inputObject CONSTANT)
     Q_PROPERTY(ostrel::QLabClient* qlab READ qlabObject CONSTANT)
     Q_PROPERTY(ostrel::SessionStore* sessions READ sessionsObject CONSTANT)
+    Q_PROPERTY(ostrel::AppUpdater* updater READ updaterObject CONSTANT)
     Q_PROPERTY(bool isPresentingNewSession READ isPresentingNewSession WRITE setPresentingNewSession
             NOTIFY isPresentingNewSessionChanged)
     Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY sessionChanged)
@@ -68,6 +70,7 @@ public:
     AudioInput& audio() { return input_.audio(); }
     QLabLink& qlabLink() { return qlab_; }
     QLabClient& qlab() { return qlab_.client(); }
+    AppUpdater& updater() { return updater_; }
     ShowSessions& shows() { return sessions_; }
     SessionStore& sessions() { return sessions_.store(); }
     CalibrationRun& calibration() { return calibration_; }
@@ -131,6 +134,7 @@ private:
     AudioInput* audioObject() { return &input_.audio(); }
     LiveInput* inputObject() { return &input_; }
     QLabClient* qlabObject() { return &qlab_.client(); }
+    AppUpdater* updaterObject() { return &updater_; }
     SessionStore* sessionsObject() { return &sessions_.store(); }
 
     QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
@@ -144,6 +148,7 @@ private:
     LiveInput input_;
     QLabLink qlab_;
     ShowSessions sessions_;
+    AppUpdater updater_;
     CalibrationRun calibration_;
     // The live input in every mode so far; the demo simulator and replay join here.
     IntervalSource* source_;
