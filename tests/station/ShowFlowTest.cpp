@@ -319,8 +319,11 @@ private slots:
 
     void aRecordingMovedToTheBinLeavesTheListAtOnce()
     {
-        // The bin of a scratch home, on the same disk as the recordings.
-        qputenv("XDG_DATA_HOME", folder->filePath("data").toUtf8());
+        // The bin of a scratch home, on the same disk as the recordings. The folder must be
+        // there: without it Qt makes the bin in the working directory.
+        const QString data = folder->filePath("data");
+        QVERIFY(QDir().mkpath(data));
+        qputenv("XDG_DATA_HOME", data.toUtf8());
         auto model = make(AppModel::Mode::live);
         model->startSession("Gone Soon");
         model->finishSession();
@@ -331,7 +334,12 @@ private slots:
         QCOMPARE(library.moveToTrash(recording), std::optional<QString>());
         QVERIFY(library.recordings().empty());
         QVERIFY(!QFileInfo::exists(recording.folder));
+        const QString binned = data + "/Trash/files/" + QFileInfo(recording.folder).fileName();
+        QVERIFY2(QFileInfo(binned + "/session.json").exists(), qPrintable(binned));
+        QVERIFY(QFileInfo::exists(
+            data + "/Trash/info/" + QFileInfo(recording.folder).fileName() + ".trashinfo"));
         QVERIFY(library.moveToTrash(recording).has_value()); // nothing left to move
+        qunsetenv("XDG_DATA_HOME");
     }
 
     void aStationKilledMidShowLeavesTheShowListedWithItsFrames()
