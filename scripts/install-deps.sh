@@ -20,6 +20,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-liblo
   clang-format
+  desktop-file-utils appstream dpkg-dev
 )
 if [[ "${1:-}" == "--fuzz" ]]; then
   packages+=(clang xxd)
