@@ -28,6 +28,7 @@ struct AppUpdaterTimings {
 class AppUpdater : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isAvailable READ isAvailable CONSTANT)
+    Q_PROPERTY(QString currentVersion READ currentVersion CONSTANT)
     Q_PROPERTY(bool canCheckForUpdates READ canCheckForUpdates NOTIFY canCheckForUpdatesChanged)
     Q_PROPERTY(bool checksAutomatically READ checksAutomatically WRITE setChecksAutomatically NOTIFY
             checksAutomaticallyChanged)
@@ -54,6 +55,7 @@ public:
     ~AppUpdater() override;
 
     bool isAvailable() const { return fetcher_ != nullptr; }
+    const QString& currentVersion() const { return currentVersion_; }
     bool canCheckForUpdates() const;
     bool checksAutomatically() const;
     void setChecksAutomatically(bool value);

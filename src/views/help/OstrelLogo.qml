@@ -14,11 +14,15 @@ Item {
         radius: width * 0.21
         color: "#15171c"
     }
+    // Drawn at the icon's own 128 units and scaled as a whole, so the smoothing layer holds it all.
     Shape {
-        anchors.fill: parent
+        width: 128
+        height: 128
+        scale: root.width / 128
+        transformOrigin: Item.TopLeft
         layer.enabled: true
         layer.samples: 4
-        transform: Scale { xScale: root.width / 128; yScale: root.height / 128 }
+        layer.textureSize: Qt.size(root.width * 2, root.height * 2)
         ShapePath {
             strokeColor: "#2b8cff"
             strokeWidth: 10
