@@ -19,6 +19,7 @@
 #include "station/AppSettings.h"
 #include "station/AppUpdater.h"
 #include "station/CalibrationRun.h"
+#include "station/DemoSimulator.h"
 #include "station/LiveInput.h"
 #include "station/QLabLink.h"
 #include "station/ShowSessions.h"
@@ -71,6 +72,11 @@ public:
     QLabLink& qlabLink() { return qlab_; }
     QLabClient& qlab() { return qlab_.client(); }
     AppUpdater& updater() { return updater_; }
+    // The simulator that stands in for microphone and QLab in demo mode; none otherwise.
+    DemoSimulator* simulator() { return simulator_.get(); }
+    // Tests set the date every subsystem takes; the system clock otherwise.
+    void setClock(std::function<Date()> clock);
+    Date currentDate() const { return clock_(); }
     ShowSessions& shows() { return sessions_; }
     SessionStore& sessions() { return sessions_.store(); }
     CalibrationRun& calibration() { return calibration_; }
@@ -143,6 +149,8 @@ private:
     void applyDisplaySettings();
 
     Mode mode_;
+    // Every date the station takes; before the subsystems, which read it.
+    std::function<Date()> clock_;
     std::unique_ptr<AppSettings> settings_;
     MeterModel meter_;
     LiveInput input_;
@@ -150,7 +158,8 @@ private:
     ShowSessions sessions_;
     AppUpdater updater_;
     CalibrationRun calibration_;
-    // The live input in every mode so far; the demo simulator and replay join here.
+    // Stands in for the live input in demo mode.
+    std::unique_ptr<DemoSimulator> simulator_;
     IntervalSource* source_;
 
     std::optional<QString> errorMessage_;
