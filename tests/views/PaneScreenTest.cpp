@@ -273,6 +273,29 @@ private slots:
         QVERIFY(!station.model->meter().suspendsFeedbackDetection());
     }
 
+    void aTypedReferenceLevelIsTakenByCalibrate()
+    {
+        Station station(AppModel::Mode::inert, AppearanceMode::dark);
+        Screen screen(*station.model);
+        render(screen, QSize(560, 720));
+        QObject* sheet = screen.object("calibrationAssistant");
+        QVERIFY(sheet);
+        auto* assistant = qobject_cast<CalibrationAssistantModel*>(
+            sheet->property("assistant").value<QObject*>());
+        QVERIFY(assistant);
+        assistant->open();
+        assistant->primary();
+        assistant->primary();
+        QTRY_VERIFY(screen.item("referenceLevelField")->isVisible());
+        QQuickItem* field = screen.item("referenceLevel");
+        QCOMPARE(field->property("text").toString(), QStringLiteral("94.0"));
+        field->setProperty("text", QStringLiteral("104.5"));
+        QMetaObject::invokeMethod(screen.item("assistantPrimary"), "clicked");
+        QCOMPARE(station.model->settings().measurement().calibratorReferenceLevel(), 104.5);
+        QCOMPARE(assistant->step(), CalibrationAssistantModel::Step::measuring);
+        assistant->cancel();
+    }
+
     void theAssistantsResultPageShowsTheOffset_data()
     {
         QTest::addColumn<bool>("dark");

@@ -32,6 +32,12 @@ Dialog {
         assistantModel.open()
     }
 
+    // A level typed but not yet confirmed counts when the page's button is pressed.
+    function commitReference() {
+        if (referenceField.acceptableInput)
+            assistantModel.referenceLevel = Number(referenceField.text)
+    }
+
     CalibrationAssistantModel {
         id: assistantModel
         appModel: root.appModel
@@ -85,9 +91,15 @@ Dialog {
                 Layout.preferredWidth: 70
                 horizontalAlignment: Text.AlignRight
                 text: assistantModel.referenceLevel.toFixed(1)
-                validator: DoubleValidator { bottom: 60; top: 150; decimals: 1 }
+                validator: DoubleValidator {
+                    locale: "C"
+                    bottom: 60
+                    top: 150
+                    decimals: 1
+                    notation: DoubleValidator.StandardNotation
+                }
                 Accessible.name: assistantModel.referenceCaption
-                onEditingFinished: assistantModel.referenceLevel = Number.fromLocaleString(Qt.locale("C"), text.replace(",", "."))
+                onEditingFinished: root.commitReference()
             }
             Label {
                 text: assistantModel.referenceUnit
@@ -142,7 +154,7 @@ Dialog {
             enabled: assistantModel.primaryEnabled
             highlighted: true
             onClicked: {
-                referenceField.editingFinished()
+                if (assistantModel.showsReferenceField) root.commitReference()
                 assistantModel.primary()
             }
         }

@@ -18,7 +18,8 @@ Item {
         objectName: "spectrumChart"
         anchors.fill: parent
         visible: options.styleIndex !== 2
-        meter: root.meter
+        // A hidden pane follows nothing, so it costs nothing ten times a second.
+        meter: visible ? root.meter : null
         display: root.display
     }
     SpectrogramView {

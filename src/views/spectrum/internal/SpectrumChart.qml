@@ -8,7 +8,7 @@ import Ostrel.Spectrum
 Item {
     id: root
 
-    required property MeterModel meter
+    property MeterModel meter
     required property DisplaySettings display
     readonly property SpectrumChartModel chart: chartModel
 
