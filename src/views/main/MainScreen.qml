@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Ostrel.Calibration
 import Ostrel.Components
 import Ostrel.Main
 import Ostrel.Sessions
@@ -46,6 +47,8 @@ Item {
         objectName: "monitorView"
         anchors.fill: parent
         appModel: root.appModel
+        onCalibrationRequested: calibrationAssistant.present()
+        onInputPickerRequested: inputPicker.open()
     }
 
     // Dims what is read, not the control that brightens it: in a dark room at the lowest setting
@@ -78,6 +81,14 @@ Item {
 
     ErrorAlert {
         content: contentModel
+    }
+    CalibrationAssistant {
+        id: calibrationAssistant
+        appModel: root.appModel
+    }
+    InputPickerSheet {
+        id: inputPicker
+        appModel: root.appModel
     }
 
     Shortcut {
