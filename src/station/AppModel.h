@@ -20,6 +20,7 @@
 #include "station/CalibrationRun.h"
 #include "station/LiveInput.h"
 #include "station/QLabLink.h"
+#include "station/RadioMics.h"
 #include "station/ShowSessions.h"
 
 namespace ostrel {
@@ -40,6 +41,8 @@ class AppModel : public QObject {
     Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY sessionChanged)
     Q_PROPERTY(bool canExport READ canExport NOTIFY sessionChanged)
     Q_PROPERTY(QString currentCueLabel READ currentCueLabelText NOTIFY currentCueLabelChanged)
+    Q_PROPERTY(ostrel::MicMonitor* mics READ micsObject CONSTANT)
+    Q_PROPERTY(bool showsMicAlerts READ showsMicAlerts NOTIFY showsMicAlertsChanged)
 
 public:
     enum class Mode { live, demo, inert };
@@ -55,10 +58,12 @@ public:
 
     // `audioBackend` is the capture system of the live input (Qt Multimedia in the station);
     // `qlabTimings` the QLab client's waits, shortened only by tests; `sessionsFolder` where
-    // shows are kept, the station's "Sessions" folder unless a test says otherwise.
+    // shows are kept, the station's "Sessions" folder unless a test says otherwise; `micTimings`
+    // the receiver links' waits.
     AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
         std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings = {},
-        QString sessionsFolder = QString(), QObject* parent = nullptr);
+        QString sessionsFolder = QString(), MicMonitor::Timings micTimings = {},
+        QObject* parent = nullptr);
     ~AppModel() override;
 
     Mode mode() const { return mode_; }
@@ -70,6 +75,10 @@ public:
     QLabClient& qlab() { return qlab_.client(); }
     ShowSessions& shows() { return sessions_; }
     SessionStore& sessions() { return sessions_.store(); }
+    RadioMics& radioMics() { return mics_; }
+    MicMonitor& mics() { return mics_.monitor(); }
+    // Whether the main screen shows the mic alert list.
+    bool showsMicAlerts() const { return settings_->mics().monitoringEnabled(); }
     CalibrationRun& calibration() { return calibration_; }
     bool hasStarted() const { return hasStarted_; }
 
@@ -124,6 +133,7 @@ signals:
     void selectedRecordingNameChanged();
     void sessionChanged();
     void currentCueLabelChanged();
+    void showsMicAlertsChanged();
 
 private:
     AppSettings* settingsObject() { return settings_.get(); }
@@ -132,6 +142,7 @@ private:
     LiveInput* inputObject() { return &input_; }
     QLabClient* qlabObject() { return &qlab_.client(); }
     SessionStore* sessionsObject() { return &sessions_.store(); }
+    MicMonitor* micsObject() { return &mics_.monitor(); }
 
     QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
     void wire();
@@ -145,6 +156,7 @@ private:
     QLabLink qlab_;
     ShowSessions sessions_;
     CalibrationRun calibration_;
+    RadioMics mics_;
     // The live input in every mode so far; the demo simulator and replay join here.
     IntervalSource* source_;
 

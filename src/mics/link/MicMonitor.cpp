@@ -105,8 +105,11 @@ void MicMonitor::startClient(const MicReceiver& receiver)
 void MicMonitor::startEWDX(const MicReceiver& receiver, const PasswordReading& reading)
 {
     if (reading.problem) return setProblem(receiver.id, reading.problem);
-    if (!reading.password || reading.password->isEmpty())
-        return setProblem(receiver.id, missingPasswordText);
+    if (!reading.password || reading.password->isEmpty()) {
+        const auto unsaved = unsavedPasswords_.find(receiver.id);
+        return setProblem(receiver.id,
+            unsaved != unsavedPasswords_.end() ? unsaved->second : missingPasswordText);
+    }
     auto client
         = std::make_unique<EWDXReceiverClient>(receiver, *reading.password, pins_, timings_.ewdx);
     const QUuid id = receiver.id;
@@ -155,7 +158,11 @@ void MicMonitor::addReceiver(const MicReceiver& receiver, const std::optional<QS
             [self, session, receiver](const std::optional<QString>& problem) {
                 if (!self || !self->hasReceiver(receiver.id)) return;
                 // Without its password the link can't start; the user must know why.
-                if (problem) return self->setProblem(receiver.id, problem);
+                if (problem) {
+                    self->unsavedPasswords_[receiver.id] = *problem;
+                    return self->setProblem(receiver.id, problem);
+                }
+                self->unsavedPasswords_.erase(receiver.id);
                 if (session == self->session_ && self->isEnabled_) self->startClient(receiver);
             });
         return;
@@ -168,6 +175,7 @@ void MicMonitor::removeReceiver(const QUuid& id)
     stopClient(id);
     std::erase_if(receivers_, [&](const MicReceiver& receiver) { return receiver.id == id; });
     passwords_.deletePassword(id);
+    unsavedPasswords_.erase(id);
     setProblem(id, std::nullopt);
     roster_.removeReceiver(micReceiverKey(id), clock_());
     save();

@@ -95,6 +95,8 @@ private:
     std::vector<MicReceiver> receivers_;
     QStringList channelNames_;
     std::map<QUuid, QString> problems_;
+    // Passwords the keyring would not take: a later read finds none, and must not say "enter one".
+    std::map<QUuid, QString> unsavedPasswords_;
     bool warnsAboutLowBattery_ = true;
     MicRoster roster_;
     std::map<QUuid, std::unique_ptr<G4ReceiverClient>> g4Clients_;

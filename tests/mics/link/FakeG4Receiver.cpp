@@ -2,7 +2,7 @@
 // plays one scenario of pushed status datagrams to whoever subscribed.
 //
 //   fake-g4-receiver [--port N] [--name NAME] [--cycle MS] [--flood PER_SECOND --seconds S]
-//                    --scenario signal|signal-then-mute|low-battery|silence|garbage|flood
+//                    --scenario signal|signal-then-mute|low-battery|flicker|silence|garbage|flood
 //
 // Prints "port N" once listening, and "muted <ms since epoch>" when the mute begins.
 #include <QCommandLineParser>
@@ -71,6 +71,10 @@ int main(int argc, char** argv)
             send(pushes < 5 ? signalStatus : mutedStatus);
         } else if (scenario == "low-battery") {
             send(pushes < 3 ? signalStatus : lowBatteryStatus);
+        } else if (scenario == "flicker") {
+            // Signal, a short dropout, signal once more, then nothing at all.
+            if (pushes < 7) send(pushes == 4 || pushes == 5 ? mutedStatus : signalStatus);
+            if (pushes == 7) say("silent");
         } else if (scenario == "silence") {
             if (pushes < 4) send(signalStatus);
             if (pushes == 4) say("silent");
@@ -100,7 +104,8 @@ int main(int argc, char** argv)
             if (text.startsWith("Name")) {
                 subscriber = datagram.senderAddress();
                 subscriberPort = quint16(datagram.senderPort());
-                if (scenario != "garbage" && !(scenario == "silence" && pushes >= 4))
+                if (scenario != "garbage" && !(scenario == "silence" && pushes >= 4)
+                    && !(scenario == "flicker" && pushes >= 7))
                     send("Name " + name + "\r");
             } else if (text.startsWith("Push ")) {
                 const QList<QByteArray> fields = text.trimmed().split(' ');
