@@ -8,9 +8,11 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QNetworkDatagram>
 #include <QTimer>
 #include <QUdpSocket>
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -86,10 +88,12 @@ int main(int argc, char** argv)
     });
     // The flood comes in bursts every millisecond, as fast as a broken receiver might send.
     floodTimer.setTimerType(Qt::PreciseTimer);
+    QElapsedTimer floodClock;
     QObject::connect(&floodTimer, &QTimer::timeout, [&] {
-        const qint64 perTick = options.value("flood").toLongLong() / 1000;
-        for (qint64 i = 0; i < perTick && flooded < floodTotal; ++i, ++flooded)
-            send(signalStatus);
+        // Catches up with the wall clock, so a late timer does not slow the flood down.
+        const qint64 due = std::min(
+            floodTotal, floodClock.elapsed() * options.value("flood").toLongLong() / 1000);
+        for (; flooded < due; ++flooded) send(signalStatus);
         if (flooded >= floodTotal) {
             floodTimer.stop();
             say("flooded " + QByteArray::number(flooded));
@@ -117,7 +121,10 @@ int main(int argc, char** argv)
                     continue;
                 }
                 if (scenario == "flood") {
-                    if (!floodTimer.isActive() && flooded == 0) floodTimer.start(1);
+                    if (!floodTimer.isActive() && flooded == 0) {
+                        floodClock.start();
+                        floodTimer.start(1);
+                    }
                     continue;
                 }
                 const int cycle = options.value("cycle").toInt();
