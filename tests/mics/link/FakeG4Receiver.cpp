@@ -93,7 +93,8 @@ int main(int argc, char** argv)
         // Catches up with the wall clock, so a late timer does not slow the flood down.
         const qint64 due = std::min(
             floodTotal, floodClock.elapsed() * options.value("flood").toLongLong() / 1000);
-        for (; flooded < due; ++flooded) send(signalStatus);
+        for (; flooded < due; ++flooded)
+            send(signalStatus);
         if (flooded >= floodTotal) {
             floodTimer.stop();
             say("flooded " + QByteArray::number(flooded));
