@@ -19,6 +19,7 @@ packages=(
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-liblo
+  qtkeychain-qt6-dev gnome-keyring dbus libsecret-tools openssl
   clang-format
   desktop-file-utils appstream dpkg-dev
 )

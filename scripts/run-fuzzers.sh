@@ -25,7 +25,8 @@ CC=clang CXX=clang++ cmake -S "$root" -B "$build" -G Ninja \
   -DCMAKE_EXE_LINKER_FLAGS=-fsanitize=address,undefined >/dev/null
 
 # Each target with its seed folder under tests/fuzz/corpus.
-targets=(qlab_decode_fuzzer:qlab correction_file_fuzzer:correction)
+targets=(qlab_decode_fuzzer:qlab correction_file_fuzzer:correction g4_text_fuzzer:g4
+  ewdx_json_fuzzer:ewdx-json ewdx_event_fuzzer:ewdx-events)
 
 cmake --build "$build" --target "${targets[@]%%:*}"
 

@@ -28,6 +28,7 @@ Q_IMPORT_QML_PLUGIN(Ostrel_CalibrationPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_SessionsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_RecordingsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_HelpPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_MicsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
 
 using namespace ostrel;

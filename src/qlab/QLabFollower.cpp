@@ -13,6 +13,8 @@ namespace {
 template <class... Handlers> struct Overloaded : Handlers... {
     using Handlers::operator()...;
 };
+// Clang before 17 deduces no aggregate's arguments by itself.
+template <class... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 bool endsInTimecodeProperty(const QString& address)
 {

@@ -34,7 +34,7 @@ AppModel::Mode AppModel::currentMode()
 
 AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
     std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings,
-    QString sessionsFolder, QObject* parent)
+    QString sessionsFolder, MicMonitor::Timings micTimings, QObject* parent)
     : QObject(parent),
       mode_(mode),
       clock_(&now),
@@ -45,6 +45,9 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
           std::make_shared<DiskSessionFiles>(), std::move(sessionsFolder)),
       updater_(mode == Mode::live, settings_->updates()),
       calibration_(settings_->measurement()),
+      // An inert station keeps no receivers of its own.
+      mics_(settings_->mics(), mode == Mode::inert ? nullptr : &settings_->store(), micTimings,
+          [this] { return clock_(); }),
       source_(&input_)
 {
     if (mode_ == Mode::demo) {
@@ -101,6 +104,8 @@ void AppModel::wire()
     connect(&sessions_.store(), &SessionStore::lastSessionChanged, this, &AppModel::sessionChanged);
     connect(
         &qlab_.client(), &QLabClient::runningCuesChanged, this, &AppModel::currentCueLabelChanged);
+    connect(&settings_->mics(), &MicMonitoringSettings::monitoringEnabledChanged, this,
+        &AppModel::showsMicAlertsChanged);
 }
 
 void AppModel::start()
@@ -115,10 +120,17 @@ void AppModel::start()
         &AppModel::applyMeasurementSettings);
     connect(&settings_->display(), &SettingsGroup::changed, this, &AppModel::applyDisplaySettings);
 
-    if (mode_ == Mode::demo) source_->start();
+    if (mode_ == Mode::demo) {
+        source_->start();
+        // The sample of the demo: one mic that dropped out.
+        mics_.monitor().simulate({MicIssue {QStringLiteral("demo#3"), QStringLiteral("SCROOGE"),
+                                     MicIssueKind::dropout, clock_()}},
+            std::nullopt);
+    }
     if (mode_ != Mode::live) return;
     source_->start();
     qlab_.start();
+    mics_.start();
 }
 
 void AppModel::ingest(const MeasurementInterval& interval, Date at)

@@ -22,6 +22,7 @@
 #include "station/DemoSimulator.h"
 #include "station/LiveInput.h"
 #include "station/QLabLink.h"
+#include "station/RadioMics.h"
 #include "station/ShowSessions.h"
 
 namespace ostrel {
@@ -43,6 +44,8 @@ class AppModel : public QObject {
     Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY sessionChanged)
     Q_PROPERTY(bool canExport READ canExport NOTIFY sessionChanged)
     Q_PROPERTY(QString currentCueLabel READ currentCueLabelText NOTIFY currentCueLabelChanged)
+    Q_PROPERTY(ostrel::MicMonitor* mics READ micsObject CONSTANT)
+    Q_PROPERTY(bool showsMicAlerts READ showsMicAlerts NOTIFY showsMicAlertsChanged)
 
 public:
     enum class Mode { live, demo, inert };
@@ -58,10 +61,12 @@ public:
 
     // `audioBackend` is the capture system of the live input (Qt Multimedia in the station);
     // `qlabTimings` the QLab client's waits, shortened only by tests; `sessionsFolder` where
-    // shows are kept, the station's "Sessions" folder unless a test says otherwise.
+    // shows are kept, the station's "Sessions" folder unless a test says otherwise; `micTimings`
+    // the receiver links' waits.
     AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
         std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings = {},
-        QString sessionsFolder = QString(), QObject* parent = nullptr);
+        QString sessionsFolder = QString(), MicMonitor::Timings micTimings = {},
+        QObject* parent = nullptr);
     ~AppModel() override;
 
     Mode mode() const { return mode_; }
@@ -79,6 +84,10 @@ public:
     Date currentDate() const { return clock_(); }
     ShowSessions& shows() { return sessions_; }
     SessionStore& sessions() { return sessions_.store(); }
+    RadioMics& radioMics() { return mics_; }
+    MicMonitor& mics() { return mics_.monitor(); }
+    // Whether the main screen shows the mic alert list.
+    bool showsMicAlerts() const { return settings_->mics().monitoringEnabled(); }
     CalibrationRun& calibration() { return calibration_; }
     bool hasStarted() const { return hasStarted_; }
 
@@ -133,6 +142,7 @@ signals:
     void selectedRecordingNameChanged();
     void sessionChanged();
     void currentCueLabelChanged();
+    void showsMicAlertsChanged();
 
 private:
     AppSettings* settingsObject() { return settings_.get(); }
@@ -142,6 +152,7 @@ private:
     QLabClient* qlabObject() { return &qlab_.client(); }
     AppUpdater* updaterObject() { return &updater_; }
     SessionStore* sessionsObject() { return &sessions_.store(); }
+    MicMonitor* micsObject() { return &mics_.monitor(); }
 
     QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
     void wire();
@@ -158,6 +169,7 @@ private:
     ShowSessions sessions_;
     AppUpdater updater_;
     CalibrationRun calibration_;
+    RadioMics mics_;
     // Stands in for the live input in demo mode.
     std::unique_ptr<DemoSimulator> simulator_;
     IntervalSource* source_;

@@ -9,6 +9,7 @@
 
 #include "measurement/InputSettings.h"
 #include "measurement/MeasurementSettings.h"
+#include "mics/MicMonitoringSettings.h"
 #include "model/DisplaySettings.h"
 #include "qlab/QLabSettings.h"
 #include "sessions/SessionSettings.h"
@@ -25,6 +26,7 @@ class AppSettings : public QObject {
     Q_PROPERTY(ostrel::QLabSettings* qlab READ qlabGroup CONSTANT)
     Q_PROPERTY(ostrel::SessionSettings* sessions READ sessionsGroup CONSTANT)
     Q_PROPERTY(ostrel::UpdateSettings* updates READ updatesGroup CONSTANT)
+    Q_PROPERTY(ostrel::MicMonitoringSettings* mics READ micsGroup CONSTANT)
 
 public:
     // Reads every key once; writes nothing until a value is assigned.
@@ -38,6 +40,7 @@ public:
     QLabSettings& qlab() { return qlab_; }
     SessionSettings& sessions() { return sessions_; }
     UpdateSettings& updates() { return updates_; }
+    MicMonitoringSettings& mics() { return mics_; }
     SettingsStore& store() { return store_; }
 
 private:
@@ -47,6 +50,7 @@ private:
     QLabSettings* qlabGroup() { return &qlab_; }
     SessionSettings* sessionsGroup() { return &sessions_; }
     UpdateSettings* updatesGroup() { return &updates_; }
+    MicMonitoringSettings* micsGroup() { return &mics_; }
 
     // Declared first: the groups write into it, and it flushes last.
     SettingsStore store_;
@@ -56,6 +60,7 @@ private:
     QLabSettings qlab_;
     SessionSettings sessions_;
     UpdateSettings updates_;
+    MicMonitoringSettings mics_;
 };
 
 } // namespace ostrel

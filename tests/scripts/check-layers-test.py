@@ -104,11 +104,11 @@ class CheckLayersTest(unittest.TestCase):
 
     def test_an_include_into_a_folder_missing_from_the_table_is_an_error(self):
         code, output = self.run_on({
-            "src/app/main.cpp": '#include "mics/Mic.h"\n',
-            "src/mics/README.md": "Not code.\n",
+            "src/app/main.cpp": '#include "crew/Link.h"\n',
+            "src/crew/README.md": "Not code.\n",
         })
         self.assertEqual(code, 2, output)
-        self.assertIn("src/mics has no layer (seen at src/app/main.cpp:1)", output)
+        self.assertIn("src/crew has no layer (seen at src/app/main.cpp:1)", output)
 
 
 if __name__ == "__main__":

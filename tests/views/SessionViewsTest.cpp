@@ -1,5 +1,5 @@
-// The session sheets and the cue history drawn off screen, light and dark, at two sizes; the
-// pictures stay in the build tree for a look.
+// The session sheets, the cue history and the radio mic views drawn off screen, light and dark,
+// at two sizes; the pictures stay in the build tree for a look.
 #include <QAbstractItemModel>
 #include <QDir>
 #include <QQmlApplicationEngine>
@@ -11,7 +11,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
+#include <map>
 
+#include "app/SampleContent.h"
 #include "app/SilentCaptureBackend.h"
 #include "measurement/SPLMath.h"
 #include "station/AppModel.h"
@@ -90,6 +92,37 @@ int drawnPixels(const QImage& image, QRect area)
         for (int x = area.left(); x <= area.right(); ++x)
             if (std::abs(image.pixelColor(x, y).lightness() - ground.lightness()) > 80) ++count;
     return count;
+}
+
+// Every item under `root` (itself included) by its object name, as drawn: delegates of a
+// repeater are found among the items, not always among the QObject children.
+QList<QQuickItem*> itemsNamed(QQuickItem* root, const QString& name)
+{
+    QList<QQuickItem*> found;
+    if (!root) return found;
+    if (root->objectName() == name) found.append(root);
+    for (QQuickItem* child : root->childItems())
+        found += itemsNamed(child, name);
+    return found;
+}
+
+// The commonest clearly coloured pixel of `area`: the colour of its text and symbol.
+QColor dominantBright(const QImage& image, QRect area)
+{
+    std::map<QRgb, int> counts;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor colour = image.pixelColor(x, y);
+            if (colour.hsvSaturation() > 120 && colour.value() > 150) ++counts[colour.rgb()];
+        }
+    QRgb best = 0;
+    int most = 0;
+    for (const auto& [rgb, count] : counts)
+        if (count > most) {
+            best = rgb;
+            most = count;
+        }
+    return QColor(best);
 }
 
 // An item's place in the window; a dialog's is that of its content.
@@ -245,6 +278,96 @@ private slots:
                 .arg(appearance == int(AppearanceMode::dark) ? "dark" : "light")
                 .arg(size.width())
                 .arg(size.height()));
+    }
+
+    // One red dropout and one orange low battery under the current cue.
+    void theMainScreenShowsMicAlertsUnderTheCue()
+    {
+        Station station(AppearanceMode::dark);
+        QVERIFY(station.window);
+        const Date now = std::chrono::system_clock::now();
+        SampleContent::feed(*station.model, now);
+        station.model->qlab().simulate(QLabClientState::connected, "Show", {cue("12", "Storm")});
+        station.model->mics().simulate(
+            {MicIssue {"A#1", "Lead Vox", MicIssueKind::dropout, now},
+                MicIssue {"B#3", "Ensemble 3", MicIssueKind::lowBattery, now}},
+            std::nullopt);
+        const QImage image = station.render(QSize(560, 720));
+        QVERIFY(!image.isNull());
+        auto* alerts = qobject_cast<QQuickItem*>(station.find("micAlerts"));
+        QVERIFY(alerts);
+        QVERIFY(alerts->isVisible());
+        const auto rows = itemsNamed(alerts, QStringLiteral("micAlert"));
+        QCOMPARE(rows.size(), 2);
+        const QRect red = sceneRect(rows[0]).intersected(image.rect());
+        const QRect orange = sceneRect(rows[1]).intersected(image.rect());
+        QVERIFY(!red.isEmpty() && !orange.isEmpty());
+        QVERIFY(red.bottom() < orange.top());
+        // The dropout's row is red and the battery's orange, over the dark background.
+        const QColor redText = dominantBright(image, red);
+        const QColor orangeText = dominantBright(image, orange);
+        QVERIFY2(redText.red() > 180 && redText.green() < 120, qPrintable(redText.name()));
+        QVERIFY2(orangeText.red() > 180 && orangeText.green() > 100 && orangeText.blue() < 120,
+            qPrintable(orangeText.name()));
+        save(image, QStringLiteral("mic-alerts-dark-560x720.png"));
+    }
+
+    void theMicSettingsPageListsReceiversOfEachKind()
+    {
+        Station station(AppearanceMode::light);
+        QVERIFY(station.window);
+        station.model->mics().addReceiver(
+            MicReceiver {QUuid::createUuid(), MicReceiverKind::g4, "192.168.1.50", "Rack A"},
+            std::nullopt);
+        station.model->mics().addReceiver(
+            MicReceiver {QUuid::createUuid(), MicReceiverKind::ewdx, "192.168.1.60", "Rack B"},
+            std::nullopt);
+        auto* settings = qobject_cast<QQuickWindow*>(station.find("settingsWindow"));
+        QVERIFY(settings);
+        settings->show();
+        QVERIFY(QTest::qWaitForWindowExposed(settings));
+        QTest::qWait(300);
+        const QImage image = settings->grabWindow();
+        const auto rows = itemsNamed(settings->contentItem(), QStringLiteral("receiverRow"));
+        QCOMPARE(rows.size(), 2);
+        QVERIFY(drawnPixels(image, sceneRect(rows[0]).intersected(image.rect())) > 100);
+        QVERIFY(drawnPixels(image, sceneRect(rows[1]).intersected(image.rect())) > 100);
+        const auto empty = itemsNamed(settings->contentItem(), QStringLiteral("noReceivers"));
+        QVERIFY(empty.size() == 1 && !empty.front()->isVisible());
+        save(image, QStringLiteral("mic-settings-light-500x560.png"));
+    }
+
+    void theAddReceiverSheetAsksAnEWDXForItsPassword()
+    {
+        Station station(AppearanceMode::light);
+        QVERIFY(station.window);
+        auto* settings = qobject_cast<QQuickWindow*>(station.find("settingsWindow"));
+        QVERIFY(settings);
+        auto* page = settings->property("micPage").value<QObject*>();
+        QVERIFY(page);
+        auto* sheet = page->property("addSheet").value<QObject*>();
+        QVERIFY(sheet);
+        auto* form = sheet->property("form").value<QObject*>();
+        QVERIFY(form);
+        form->setProperty("kindIndex", 1);
+        form->setProperty("host", "192.168.1.60");
+        form->setProperty("label", "Rack B");
+        settings->show();
+        QVERIFY(QTest::qWaitForWindowExposed(settings));
+        QMetaObject::invokeMethod(sheet, "open");
+        QTest::qWait(400);
+        const QImage image = settings->grabWindow();
+        // Popups are drawn on the window's overlay, an item under its content item.
+        QQuickItem* overlay = settings->contentItem();
+        const auto password = itemsNamed(overlay, QStringLiteral("receiverPassword"));
+        QVERIFY(password.size() == 1 && password.front()->isVisible());
+        const auto adds = itemsNamed(overlay, QStringLiteral("addButton"));
+        QVERIFY(adds.size() == 1 && adds.front()->isEnabled());
+        QQuickItem* add = adds.front();
+        QVERIFY(drawnPixels(image, sceneRect(sheet).intersected(image.rect())) > 400);
+        save(image, QStringLiteral("add-receiver-light-500x560.png"));
+        form->setProperty("host", "  ");
+        QVERIFY(!add->isEnabled());
     }
 
     void theSummaryComesUpWhenTheShowEnds_data() { theNewSessionSheetComesUpOverTheWindow_data(); }

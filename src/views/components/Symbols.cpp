@@ -7,10 +7,14 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 24> entries {{
+constexpr std::array<Symbols::Entry, 28> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
+    {"mic.slash.fill", "mic_off", "\u2716"},
+    {"mic.badge.xmark", "mic_off", "\u2716"},
+    {"antenna.radiowaves.left.and.right", "settings_input_antenna", "\u224B"},
+    {"battery.25percent", "battery_alert", "\u25AD"},
     {"record.circle", "radio_button_checked", "\u25C9"},
     {"exclamationmark.triangle.fill", "warning", "!"},
     {"internaldrive", "storage", "\u25A4"},

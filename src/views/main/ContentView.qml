@@ -5,6 +5,7 @@ import Ostrel.Components
 import Ostrel.Main
 import Ostrel.Sessions
 import Ostrel.Recordings
+import Ostrel.Mics
 
 // The station's main window. The shell shows it, maximised unless the model is inert.
 ApplicationWindow {
@@ -37,6 +38,20 @@ ApplicationWindow {
             cueHistory.raise()
         }
         onRecordingsRequested: window.showRecordings()
+
+        Menu {
+            title: "Edit"
+            Action {
+                text: "Settings\u2026"
+                shortcut: "Ctrl+,"
+                onTriggered: window.showSettings()
+            }
+        }
+    }
+
+    function showSettings() {
+        settingsWindow.show()
+        settingsWindow.raise()
     }
 
     function showRecordings() {
@@ -82,6 +97,10 @@ ApplicationWindow {
     }
     RecordingsWindow {
         id: recordingsWindow
+        appModel: window.appModel
+    }
+    SettingsWindow {
+        id: settingsWindow
         appModel: window.appModel
     }
     CueHistoryWindow {

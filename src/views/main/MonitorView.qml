@@ -3,6 +3,7 @@ import QtQuick.Layouts
 import Ostrel.Components
 import Ostrel.Level
 import Ostrel.Main
+import Ostrel.Mics
 import Ostrel.QLab
 import Ostrel.Spectrum
 
@@ -78,6 +79,15 @@ Item {
             objectName: "micAlertsPlace"
             Layout.fillWidth: true
             Layout.topMargin: layoutModel.micAlertsSpacing
+            implicitHeight: micAlerts.visible ? micAlerts.implicitHeight : 0
+
+            MicAlertsView {
+                id: micAlerts
+                objectName: "micAlerts"
+                width: parent.width
+                appModel: root.appModel
+                textScale: layoutModel.scale
+            }
         }
 
         Item { Layout.fillHeight: true }

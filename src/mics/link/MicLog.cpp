@@ -1,0 +1,3 @@
+#include "mics/link/MicLog.h"
+
+Q_LOGGING_CATEGORY(ostrelMics, "ostrel.mics", QtWarningMsg)
