@@ -23,7 +23,8 @@ done
 depends=$(dpkg-deb --field "$package" Depends)
 echo "Depends: $depends"
 for needed in libqt6quick6 libqt6multimedia6 libqt6network6 libfftw3 libavcodec \
-    qml6-module-qtquick-controls qml6-module-qtquick-dialogs fonts-material-design-icons-iconfont; do
+    qml6-module-qtquick-controls qml6-module-qtquick-dialogs qml6-module-qt-labs-folderlistmodel \
+    fonts-material-design-icons-iconfont; do
   grep -q "$needed" <<< "$depends" || { echo "the package doesn't declare $needed"; exit 1; }
 done
 # Every dependency names a package Debian has: each is installed here, since the tests need them.

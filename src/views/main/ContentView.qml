@@ -6,6 +6,7 @@ import Ostrel.Main
 import Ostrel.Sessions
 import Ostrel.Recordings
 import Ostrel.Mics
+import Ostrel.Help
 
 // The station's main window. The shell shows it, maximised unless the model is inert.
 ApplicationWindow {
@@ -30,23 +31,21 @@ ApplicationWindow {
     palette.toolTipText: Theme.primary
     palette.highlight: Theme.accent
 
-    menuBar: SessionMenuBar {
-        commands: sessionCommands
+    menuBar: StationMenuBar {
+        sessions: sessionCommands
+        station: stationCommands
         onExportRequested: window.exportSession(false, false)
         onCueHistoryRequested: {
             cueHistory.show()
             cueHistory.raise()
         }
         onRecordingsRequested: window.showRecordings()
-
-        Menu {
-            title: "Edit"
-            Action {
-                text: "Settings\u2026"
-                shortcut: "Ctrl+,"
-                onTriggered: window.showSettings()
-            }
+        onSettingsRequested: window.showSettings()
+        onHelpRequested: {
+            helpWindow.show()
+            helpWindow.raise()
         }
+        onAboutRequested: aboutDialog.open()
     }
 
     function showSettings() {
@@ -68,6 +67,10 @@ ApplicationWindow {
 
     SessionCommands {
         id: sessionCommands
+        appModel: window.appModel
+    }
+    StationCommands {
+        id: stationCommands
         appModel: window.appModel
     }
 
@@ -97,6 +100,7 @@ ApplicationWindow {
     }
     RecordingsWindow {
         id: recordingsWindow
+        objectName: "recordingsWindow"
         appModel: window.appModel
     }
     SettingsWindow {
@@ -105,6 +109,20 @@ ApplicationWindow {
     }
     CueHistoryWindow {
         id: cueHistory
+        objectName: "cueHistoryWindow"
         sessions: window.appModel.sessions
+    }
+    // The manual needs no model.
+    HelpWindow {
+        id: helpWindow
+        objectName: "helpWindow"
+    }
+    AboutDialog {
+        id: aboutDialog
+        objectName: "aboutDialog"
+        appModel: window.appModel
+    }
+    UpdateDialog {
+        updater: window.appModel.updater
     }
 }
