@@ -152,3 +152,34 @@ TEST_F(AudioNoticeModelTest, TheDesktopsOwnPanelComesFirst)
     EXPECT_EQ(command->arguments, QStringList {"sound"});
     EXPECT_FALSE(AudioNoticeModel::soundSettingsCommand([](const QString&) { return QString(); }));
 }
+
+TEST_F(AudioNoticeModelTest, WithoutAWorkingInputTheDemoIsOfferedAndStartsThisProgramInDemoMode)
+{
+    auto model = make(AppModel::Mode::live, false);
+    AudioNoticeModel notice;
+    show(notice, *model);
+    std::vector<AudioNoticeModel::Command> launched;
+    bool launches = false;
+    notice.setCommandLauncher([&](const AudioNoticeModel::Command& command) {
+        launched.push_back(command);
+        return launches;
+    });
+    EXPECT_FALSE(notice.offersDemo());
+    notice.startDemo();
+    EXPECT_TRUE(launched.empty()); // nothing to stand in for while the input works
+
+    model->input().start();
+    settle();
+    ASSERT_TRUE(notice.hasNotice());
+    EXPECT_TRUE(notice.offersDemo());
+    QSignalSpy quits(&notice, &AudioNoticeModel::quitRequested);
+    // A launch that fails keeps this station running.
+    notice.startDemo();
+    ASSERT_EQ(launched.size(), 1u);
+    EXPECT_EQ(launched[0].program, QCoreApplication::applicationFilePath());
+    EXPECT_EQ(launched[0].arguments, QStringList {"-demo"});
+    EXPECT_EQ(quits.count(), 0);
+    launches = true;
+    notice.startDemo();
+    EXPECT_EQ(quits.count(), 1);
+}

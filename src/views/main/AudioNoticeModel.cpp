@@ -1,5 +1,6 @@
 #include "views/main/AudioNoticeModel.h"
 
+#include <QCoreApplication>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -93,6 +94,17 @@ void AudioNoticeModel::perform()
         if (input_ && mode_ == AppModel::Mode::live) input_->restart();
         return;
     }
+}
+
+AudioNoticeModel::Command AudioNoticeModel::demoCommand()
+{
+    return {QCoreApplication::applicationFilePath(), {QString::fromLatin1(AppModel::demoArgument)}};
+}
+
+void AudioNoticeModel::startDemo()
+{
+    if (!hasNotice()) return;
+    if (launch_(demoCommand())) emit quitRequested();
 }
 
 void AudioNoticeModel::attach()

@@ -29,6 +29,7 @@ class AudioNoticeModel : public ostrel::ViewModel {
     Q_PROPERTY(bool showsAction READ showsAction NOTIFY noticeChanged)
     Q_PROPERTY(bool actionIsLink READ actionIsLink NOTIFY noticeChanged)
     Q_PROPERTY(QString symbol READ symbol CONSTANT)
+    Q_PROPERTY(bool offersDemo READ offersDemo NOTIFY noticeChanged)
 
 public:
     // Demo and inert stations never show the audio notice.
@@ -66,6 +67,7 @@ public:
     void setCommandLauncher(std::function<bool(const Command&)> launch);
 
     bool hasNotice() const { return notice_.has_value(); }
+    bool offersDemo() const { return hasNotice(); }
     QString message() const { return notice_ ? notice_->message : QString(); }
     QString actionTitle() const { return notice_ ? notice_->actionTitle : QString(); }
     Action action() const { return notice_ ? notice_->action : Action::none; }
@@ -75,6 +77,10 @@ public:
     QString symbol() const { return QStringLiteral("mic.slash"); }
 
     Q_INVOKABLE void perform();
+    // "Try the Demo": the station starts again in demo mode, so that a newcomer without a
+    // working input still meets a working station.
+    Q_INVOKABLE void startDemo();
+    static Command demoCommand();
 
 signals:
     void modeChanged();
@@ -82,6 +88,8 @@ signals:
     void noticeChanged();
     // "Choose Input" was pressed: the window shows the input picker.
     void inputPickerRequested();
+    // The demo has been launched: this station quits.
+    void quitRequested();
 
 protected:
     void attach() override;

@@ -24,6 +24,7 @@ ColumnLayout {
         input: root.input
         mode: root.mode
         onInputPickerRequested: root.inputPickerRequested()
+        onQuitRequested: Qt.quit()
     }
 
     SymbolIcon {
@@ -49,5 +50,13 @@ ColumnLayout {
         flat: noticeModel.actionIsLink
         text: noticeModel.actionTitle
         onClicked: noticeModel.perform()
+    }
+    Button {
+        objectName: "noticeDemo"
+        Layout.alignment: Qt.AlignHCenter
+        visible: noticeModel.offersDemo
+        flat: true
+        text: "Try the Demo"
+        onClicked: noticeModel.startDemo()
     }
 }
