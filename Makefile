@@ -2,7 +2,7 @@
 #   make run    builds and runs Ostrel Live
 #   make test   builds and runs every test, then the sanitizer builds of the logic tests
 
-.PHONY: run analyze-demo test test-long deps dev asan tsan release package bench format clean
+.PHONY: run demo analyze-demo test test-long deps dev asan tsan release package bench format clean
 
 JOBS ?= $(shell nproc)
 
@@ -20,6 +20,10 @@ package: release
 # The station itself, on the default audio input.
 run: release
 	build/release/src/app/ostrel-live
+
+# The station without a microphone, QLab or a network: a scripted show.
+demo: release
+	build/release/src/app/ostrel-live -demo
 
 # The analyser measures a generated 1 kHz tone at -20 dBFS peak, streamed as WAV through
 # standard input.

@@ -1,9 +1,11 @@
-// The screen tests: the main screen as a whole, then its panes and sheets one by one.
+// The screen tests: the main screen as a whole, then its panes and sheets one by one, then the
+// demo.
 #include <QGuiApplication>
 #include <QTest>
 
 int runMainScreenTests(int argc, char** argv);
 int runPaneScreenTests(int argc, char** argv);
+int runDemoScreenTests(int argc, char** argv);
 
 int main(int argc, char** argv)
 {
@@ -11,5 +13,6 @@ int main(int argc, char** argv)
     QTEST_SET_MAIN_SOURCE_PATH
     const int screen = runMainScreenTests(argc, argv);
     const int panes = runPaneScreenTests(argc, argv);
-    return screen != 0 ? screen : panes;
+    const int demo = runDemoScreenTests(argc, argv);
+    return screen != 0 ? screen : panes != 0 ? panes : demo;
 }
