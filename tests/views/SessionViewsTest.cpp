@@ -237,6 +237,10 @@ private slots:
         QVERIFY(playhead && strip);
         QVERIFY(std::abs(playhead->x() + 1.0 - 0.7 * strip->width()) < 1.0);
         QVERIFY(drawnPixels(image, sceneRect(strip).intersected(image.rect())) > 100);
+        // The spectrum panel follows the player's meter: the recorded 1 kHz tone stands out.
+        auto* spectrum = window->findChild<QQuickItem*>(QStringLiteral("replaySpectrum"));
+        QVERIFY(spectrum && spectrum->isVisible());
+        QVERIFY(drawnPixels(image, sceneRect(spectrum).intersected(image.rect())) > 100);
     }
 
     void initTestCase()

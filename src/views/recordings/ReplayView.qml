@@ -4,6 +4,7 @@ import QtQuick.Layouts
 import QtQuick.Shapes
 import Ostrel.Components
 import Ostrel.Level
+import Ostrel.Spectrum
 import Ostrel.Recordings
 
 // One recording replayed: header, current cue, the level views over the player's own meter, the
@@ -119,20 +120,34 @@ Item {
                     display: root.appModel.settings.display
                     numberSize: 96
                 }
+                // The level graph above the spectrum, each taking half of the height.
                 ColumnLayout {
                     Layout.fillWidth: true
                     Layout.fillHeight: true
+                    spacing: 6
                     Caption {
                         text: "LEVEL"
                     }
                     LevelGraph {
                         Layout.fillWidth: true
                         Layout.fillHeight: true
+                        Layout.preferredHeight: 100
                         meter: replayModel.meter
                     }
                     StatisticsFooter {
                         Layout.fillWidth: true
                         meter: replayModel.meter
+                    }
+                    Caption {
+                        text: "SPECTRUM"
+                    }
+                    SpectrumView {
+                        objectName: "replaySpectrum"
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                        Layout.preferredHeight: 100
+                        meter: replayModel.meter
+                        display: root.appModel.settings.display
                     }
                 }
             }
