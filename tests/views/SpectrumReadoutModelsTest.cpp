@@ -2,6 +2,7 @@
 
 #include "SpectrumSamples.h"
 #include "ViewSources.h"
+#include "views/components/Unhinged.h"
 #include "views/spectrum/DominantFrequencyModel.h"
 #include "views/spectrum/FeedbackWarningModel.h"
 #include "views/spectrum/SpectrumOptionsModel.h"
@@ -28,7 +29,6 @@ TEST_F(SpectrumReadoutModelsTest, TheFeedbackWarningNamesTheFrequencyWhileItStan
 {
     auto sources = make(AppModel::Mode::inert);
     FeedbackWarningModel warning;
-    warning.setChooser([](int count) { return count - 1; });
     warning.setMeter(&sources->meter());
     warning.setDisplay(&sources->display());
     EXPECT_FALSE(warning.isShown());
@@ -48,10 +48,10 @@ TEST_F(SpectrumReadoutModelsTest, TheFeedbackWarningNamesTheFrequencyWhileItStan
     EXPECT_EQ(warning.backgroundOpacity(), 0.14);
     EXPECT_EQ(warning.shownOpacity(), 0.95);
 
-    // Unhinged, the outburst drawn for this warning; spoken words keep the normal wording.
+    // Unhinged, the outburst this tone's frequency picks; spoken words keep the normal wording.
     sources->display().setUnhingedMode(true);
     settle();
-    EXPECT_EQ(warning.text(), "Feedback. Who the fuck EQ'd this?");
+    EXPECT_EQ(warning.text(), "FEEDBACK, PULL THE FUCKING FADER");
     EXPECT_EQ(warning.accessibleText(), "Possible feedback at 2.50 kHz");
 }
 
@@ -60,8 +60,6 @@ TEST_F(SpectrumReadoutModelsTest, TheUnhingedOutburstIsDrawnOncePerWarning)
     auto sources = make(AppModel::Mode::inert);
     sources->display().setUnhingedMode(true);
     FeedbackWarningModel warning;
-    int draws = 0;
-    warning.setChooser([&draws](int count) { return (draws++) % count; });
     warning.setMeter(&sources->meter());
     warning.setDisplay(&sources->display());
     for (int i = 0; i < 30; ++i) {
@@ -71,8 +69,9 @@ TEST_F(SpectrumReadoutModelsTest, TheUnhingedOutburstIsDrawnOncePerWarning)
         sources->meter().ingest(interval, clock);
     }
     ASSERT_TRUE(warning.isShown());
-    EXPECT_EQ(draws, 1);
-    EXPECT_TRUE(FeedbackWarningModel::unhingedTexts().contains(warning.text()));
+    ASSERT_TRUE(sources->meter().feedbackWarning().has_value());
+    EXPECT_EQ(warning.text(), Unhinged::feedback(sources->meter().feedbackWarning()->frequency));
+    EXPECT_EQ(warning.accessibleText().left(17), QString("Possible feedback"));
 }
 
 TEST_F(SpectrumReadoutModelsTest, TheOptionsMenuWritesStyleAndResolution)

@@ -14,6 +14,14 @@ TEST(Unhinged, EachLevelRangeHasItsLine)
     EXPECT_EQ(Unhinged::title(LevelRange::high), QString("WHAT THE FUCK, TURN IT DOWN"));
 }
 
+TEST(Unhinged, EachMicIssueHasItsLine)
+{
+    EXPECT_EQ(Unhinged::title(MicIssueKind::dropout), QString("fucking died"));
+    EXPECT_EQ(Unhinged::title(MicIssueKind::receiverOffline), QString("receiver's ghosting us"));
+    EXPECT_EQ(Unhinged::title(MicIssueKind::lowSignal), QString("barely fucking there"));
+    EXPECT_EQ(Unhinged::title(MicIssueKind::lowBattery), QString("batteries are fucked"));
+}
+
 TEST(Unhinged, FeedbackRoundsTheFrequencyBeforePickingItsLine)
 {
     EXPECT_EQ(Unhinged::feedback(1000.4), QString("FEEDBACK, PULL THE FUCKING FADER"));

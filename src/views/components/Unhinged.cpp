@@ -19,6 +19,21 @@ QString title(LevelRange range)
     return QString();
 }
 
+QString title(MicIssueKind kind)
+{
+    switch (kind) {
+    case MicIssueKind::dropout:
+        return QStringLiteral("fucking died");
+    case MicIssueKind::receiverOffline:
+        return QStringLiteral("receiver's ghosting us");
+    case MicIssueKind::lowSignal:
+        return QStringLiteral("barely fucking there");
+    case MicIssueKind::lowBattery:
+        return QStringLiteral("batteries are fucked");
+    }
+    return QString();
+}
+
 QString feedback(double frequency)
 {
     if (!std::isfinite(frequency)) qFatal("Unhinged::feedback takes a finite frequency");

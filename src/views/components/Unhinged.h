@@ -5,10 +5,12 @@
 #include <QString>
 
 #include "measurement/LevelRange.h"
+#include "mics/MicIssue.h"
 
 namespace ostrel::Unhinged {
 
 QString title(LevelRange range);
+QString title(MicIssueKind kind);
 // One of four lines, picked by the warning's frequency so that one ringing tone keeps its line
 // while it lasts. The frequency must be a finite number; anything else stops the process.
 QString feedback(double frequency);

@@ -3,6 +3,7 @@
 #include <QVariantMap>
 
 #include "views/components/Theme.h"
+#include "views/components/Unhinged.h"
 
 namespace ostrel {
 
@@ -43,17 +44,7 @@ QString MicAlertsModel::symbol(MicIssueKind kind)
 
 QString MicAlertsModel::unhingedTitle(MicIssueKind kind)
 {
-    switch (kind) {
-    case MicIssueKind::dropout:
-        return QStringLiteral("fucking died");
-    case MicIssueKind::receiverOffline:
-        return QStringLiteral("receiver's ghosting us");
-    case MicIssueKind::lowSignal:
-        return QStringLiteral("barely fucking there");
-    case MicIssueKind::lowBattery:
-        return QStringLiteral("batteries are fucked");
-    }
-    return {};
+    return Unhinged::title(kind);
 }
 
 QString MicAlertsModel::text(const MicIssue& issue, bool unhinged)

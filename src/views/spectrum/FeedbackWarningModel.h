@@ -41,13 +41,7 @@ public:
         setSource(display_, value, &FeedbackWarningModel::displayChanged);
     }
 
-    // Gives an index below `count`; random in the station, fixed in tests.
-    using Chooser = std::function<int(int count)>;
-
     explicit FeedbackWarningModel(QObject* parent = nullptr);
-
-    static const QStringList& unhingedTexts();
-    void setChooser(Chooser chooser) { chooser_ = std::move(chooser); }
 
     bool isShown() const { return !text_.isEmpty(); }
     QString text() const { return text_; }
@@ -69,9 +63,8 @@ protected:
 private:
     QPointer<MeterModel> meter_;
     QPointer<DisplaySettings> display_;
-    Chooser chooser_;
     std::optional<FeedbackWarning> drawnFor_;
-    int unhingedIndex_ = 0;
+    QString unhingedText_;
     QString text_;
     QString accessibleText_;
 };
