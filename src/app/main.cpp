@@ -25,6 +25,7 @@ Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_QLabPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_SessionsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_RecordingsPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_DantePlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
 
 using namespace ostrel;

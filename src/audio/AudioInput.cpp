@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "audio/AudioLog.h"
-#include "audio/NaturalOrder.h"
+#include "common/NaturalOrder.h"
 
 namespace ostrel {
 

@@ -43,6 +43,7 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
       sessions_(settings_->sessions(), settings_->measurement(), input_.audio().pipeline(),
           std::make_shared<DiskSessionFiles>(), std::move(sessionsFolder)),
       calibration_(settings_->measurement()),
+      dante_(settings_->dante()),
       source_(&input_)
 {
     wire();
@@ -84,6 +85,8 @@ void AppModel::wire()
     connect(&sessions_.store(), &SessionStore::lastSessionChanged, this, &AppModel::sessionChanged);
     connect(
         &qlab_.client(), &QLabClient::runningCuesChanged, this, &AppModel::currentCueLabelChanged);
+    connect(&settings_->dante(), &DanteSettings::monitoringEnabledChanged, this,
+        &AppModel::showsDanteChanged);
 }
 
 void AppModel::start()
@@ -98,9 +101,16 @@ void AppModel::start()
         &AppModel::applyMeasurementSettings);
     connect(&settings_->display(), &SettingsGroup::changed, this, &AppModel::applyDisplaySettings);
 
+    if (mode_ == Mode::demo) dante_.monitor().simulate(DanteWatch::sampleRoster(true, now()));
     if (mode_ != Mode::live) return;
     source_->start();
     qlab_.start();
+    dante_.start();
+}
+
+bool AppModel::showsDante() const
+{
+    return settings_->dante().monitoringEnabled();
 }
 
 void AppModel::ingest(const MeasurementInterval& interval, Date at)

@@ -18,6 +18,7 @@
 #include "model/MeterModel.h"
 #include "station/AppSettings.h"
 #include "station/CalibrationRun.h"
+#include "station/DanteWatch.h"
 #include "station/LiveInput.h"
 #include "station/QLabLink.h"
 #include "station/ShowSessions.h"
@@ -40,6 +41,8 @@ class AppModel : public QObject {
     Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY sessionChanged)
     Q_PROPERTY(bool canExport READ canExport NOTIFY sessionChanged)
     Q_PROPERTY(QString currentCueLabel READ currentCueLabelText NOTIFY currentCueLabelChanged)
+    Q_PROPERTY(ostrel::DanteMonitor* dante READ danteObject CONSTANT)
+    Q_PROPERTY(bool showsDante READ showsDante NOTIFY showsDanteChanged)
 
 public:
     enum class Mode { live, demo, inert };
@@ -71,6 +74,10 @@ public:
     ShowSessions& shows() { return sessions_; }
     SessionStore& sessions() { return sessions_.store(); }
     CalibrationRun& calibration() { return calibration_; }
+    DanteWatch& danteWatch() { return dante_; }
+    DanteMonitor& dante() { return dante_.monitor(); }
+    // The Dante panels are on: the station watches for Dante devices.
+    bool showsDante() const;
     bool hasStarted() const { return hasStarted_; }
 
     // Idempotent: the first call sets everything going.
@@ -124,6 +131,7 @@ signals:
     void selectedRecordingNameChanged();
     void sessionChanged();
     void currentCueLabelChanged();
+    void showsDanteChanged();
 
 private:
     AppSettings* settingsObject() { return settings_.get(); }
@@ -132,6 +140,7 @@ private:
     LiveInput* inputObject() { return &input_; }
     QLabClient* qlabObject() { return &qlab_.client(); }
     SessionStore* sessionsObject() { return &sessions_.store(); }
+    DanteMonitor* danteObject() { return &dante_.monitor(); }
 
     QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
     void wire();
@@ -145,6 +154,7 @@ private:
     QLabLink qlab_;
     ShowSessions sessions_;
     CalibrationRun calibration_;
+    DanteWatch dante_;
     // The live input in every mode so far; the demo simulator and replay join here.
     IntervalSource* source_;
 

@@ -9,7 +9,8 @@ AppSettings::AppSettings(QSettings& settings, std::chrono::milliseconds syncDela
       input_(store_),
       display_(store_),
       qlab_(store_),
-      sessions_(store_)
+      sessions_(store_),
+      dante_(store_)
 {
 }
 

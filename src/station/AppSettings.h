@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QSettings>
 
+#include "dante/DanteSettings.h"
 #include "measurement/InputSettings.h"
 #include "measurement/MeasurementSettings.h"
 #include "model/DisplaySettings.h"
@@ -23,6 +24,7 @@ class AppSettings : public QObject {
     Q_PROPERTY(ostrel::DisplaySettings* display READ displayGroup CONSTANT)
     Q_PROPERTY(ostrel::QLabSettings* qlab READ qlabGroup CONSTANT)
     Q_PROPERTY(ostrel::SessionSettings* sessions READ sessionsGroup CONSTANT)
+    Q_PROPERTY(ostrel::DanteSettings* dante READ danteGroup CONSTANT)
 
 public:
     // Reads every key once; writes nothing until a value is assigned.
@@ -35,6 +37,7 @@ public:
     DisplaySettings& display() { return display_; }
     QLabSettings& qlab() { return qlab_; }
     SessionSettings& sessions() { return sessions_; }
+    DanteSettings& dante() { return dante_; }
     SettingsStore& store() { return store_; }
 
 private:
@@ -43,6 +46,7 @@ private:
     DisplaySettings* displayGroup() { return &display_; }
     QLabSettings* qlabGroup() { return &qlab_; }
     SessionSettings* sessionsGroup() { return &sessions_; }
+    DanteSettings* danteGroup() { return &dante_; }
 
     // Declared first: the groups write into it, and it flushes last.
     SettingsStore store_;
@@ -51,6 +55,7 @@ private:
     DisplaySettings display_;
     QLabSettings qlab_;
     SessionSettings sessions_;
+    DanteSettings dante_;
 };
 
 } // namespace ostrel

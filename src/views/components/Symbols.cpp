@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 16> entries {{
+constexpr std::array<Symbols::Entry, 20> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
@@ -24,6 +24,10 @@ constexpr std::array<Symbols::Entry, 16> entries {{
     {"speaker.fill", "volume_up", "\u266B"},
     {"sidebar.right", "view_sidebar", "\u2759"},
     {"waveform", "graphic_eq", "\u223F"},
+    {"checkmark.circle.fill", "check_circle", "\u2713"},
+    {"network", "device_hub", ""},
+    {"network.slash", "portable_wifi_off", ""},
+    {"minus.circle", "remove_circle_outline", "\u2212"},
 }};
 
 bool fontInstalled = false;

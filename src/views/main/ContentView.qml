@@ -5,6 +5,7 @@ import Ostrel.Components
 import Ostrel.Main
 import Ostrel.Sessions
 import Ostrel.Recordings
+import Ostrel.Dante
 
 // The station's main window. The shell shows it, maximised unless the model is inert.
 ApplicationWindow {
@@ -37,11 +38,17 @@ ApplicationWindow {
             cueHistory.raise()
         }
         onRecordingsRequested: window.showRecordings()
+        onDanteDevicesRequested: window.showDanteDevices()
     }
 
     function showRecordings() {
         recordingsWindow.show()
         recordingsWindow.raise()
+    }
+
+    function showDanteDevices() {
+        danteDevicesWindow.show()
+        danteDevicesWindow.raise()
     }
 
     function exportSession(levels, fromSummary) {
@@ -61,6 +68,7 @@ ApplicationWindow {
         objectName: "mainScreen"
         anchors.fill: parent
         appModel: window.appModel
+        onDanteDevicesRequested: window.showDanteDevices()
     }
 
     NewSessionSheet {
@@ -87,5 +95,11 @@ ApplicationWindow {
     CueHistoryWindow {
         id: cueHistory
         sessions: window.appModel.sessions
+    }
+    DanteDevicesWindow {
+        id: danteDevicesWindow
+        objectName: "danteDevicesWindow"
+        dante: window.appModel.dante
+        settings: window.appModel.settings.dante
     }
 }

@@ -3,6 +3,7 @@ import QtQuick.Layouts
 import Ostrel.Components
 import Ostrel.Main
 import Ostrel.Sessions
+import Ostrel.Dante
 
 // Everything inside the main window: the monitor, the dimming over it, the toolbar over both, the
 // alert and the keyboard commands.
@@ -12,6 +13,7 @@ Item {
     required property AppModel appModel
     readonly property ContentModel content: contentModel
     readonly property BrightnessOverlay brightness: brightnessModel
+    signal danteDevicesRequested
 
     palette.window: Theme.background
     palette.windowText: Theme.primary
@@ -46,6 +48,14 @@ Item {
         objectName: "monitorView"
         anchors.fill: parent
         appModel: root.appModel
+        onDanteDevicesRequested: root.danteDevicesRequested()
+    }
+
+    DropoutFlashOverlay {
+        objectName: "dropoutFlash"
+        anchors.fill: parent
+        dante: root.appModel.dante
+        settings: root.appModel.settings.dante
     }
 
     // Dims what is read, not the control that brightens it: in a dark room at the lowest setting

@@ -4,6 +4,7 @@ import Ostrel.Components
 import Ostrel.Level
 import Ostrel.Main
 import Ostrel.QLab
+import Ostrel.Dante
 
 // The readings, laid out in one column that grows with the space it gets. Places of views that
 // join later (current cue, side column, mic alerts, feedback, spectrum, Dante corner) stay empty.
@@ -12,11 +13,19 @@ Item {
 
     required property AppModel appModel
     readonly property MonitorLayout layout: layoutModel
+    readonly property SideColumnModel sideColumn: sideModel
+    signal danteDevicesRequested
 
     MonitorLayout {
         id: layoutModel
         width: root.width
         height: root.height
+    }
+    SideColumnModel {
+        id: sideModel
+        qlab: root.appModel.qlab
+        dante: root.appModel.dante
+        showsDante: root.appModel.showsDante
     }
     MonitorModel {
         id: monitor
@@ -53,6 +62,32 @@ Item {
                     objectName: "currentCuePlace"
                     Layout.fillWidth: true
                 }
+            }
+            DanteWidget {
+                id: danteWidget
+                objectName: "danteWidget"
+                Layout.alignment: Qt.AlignTop
+                dante: root.appModel.dante
+                scale: layoutModel.scale
+                // Fades and slides in from the trailing edge.
+                visible: opacity > 0
+                opacity: sideModel.showsDanteWidget ? 1 : 0
+                transform: Translate {
+                    x: sideModel.showsDanteWidget ? 0 : danteWidget.width / 2
+                    Behavior on x {
+                        NumberAnimation {
+                            duration: 800
+                            easing.type: Easing.InOutQuad
+                        }
+                    }
+                }
+                Behavior on opacity {
+                    NumberAnimation {
+                        duration: 800
+                        easing.type: Easing.InOutQuad
+                    }
+                }
+                onDevicesRequested: root.danteDevicesRequested()
             }
         }
         Item {
@@ -155,6 +190,17 @@ Item {
 
     // The width the top right corner's status takes from the right edge, for what stands beside it.
     readonly property real trailingCornerWidth: width - qlabStatus.x
+
+    DanteStatusView {
+        objectName: "danteStatus"
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.topMargin: layoutModel.cornerTopPadding
+        anchors.leftMargin: layoutModel.cornerSidePadding
+        dante: root.appModel.dante
+        showsDante: root.appModel.showsDante
+        isVisible: sideModel.showsDanteStatus
+    }
 
     QLabStatusView {
         id: qlabStatus

@@ -11,6 +11,7 @@ MenuBar {
     signal exportRequested
     signal cueHistoryRequested
     signal recordingsRequested
+    signal danteDevicesRequested
 
     Menu {
         title: "File"
@@ -49,6 +50,10 @@ MenuBar {
             text: "Cue History"
             shortcut: root.commands.cueHistoryShortcut
             onTriggered: root.cueHistoryRequested()
+        }
+        Action {
+            text: "Dante Devices"
+            onTriggered: root.danteDevicesRequested()
         }
     }
 }

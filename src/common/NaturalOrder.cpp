@@ -1,4 +1,4 @@
-#include "audio/NaturalOrder.h"
+#include "common/NaturalOrder.h"
 
 namespace ostrel::NaturalOrder {
 
