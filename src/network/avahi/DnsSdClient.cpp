@@ -59,7 +59,7 @@ void DnsSdClient::clientCallback(AvahiClient* client, AvahiClientState state, vo
     case AVAHI_CLIENT_S_REGISTERING:
     case AVAHI_CLIENT_S_COLLISION:
         if (!self->client_) self->client_ = client;
-        self->setState(State::running, {});
+        self->setState(State::running, {}, state == AVAHI_CLIENT_S_RUNNING);
         break;
     case AVAHI_CLIENT_CONNECTING:
         self->setState(State::unavailable, QString::fromUtf8(avahi_strerror(AVAHI_ERR_NO_DAEMON)));
@@ -94,11 +94,12 @@ void DnsSdClient::freeClient()
     avahi_client_free(client);
 }
 
-void DnsSdClient::setState(State state, const QString& errorText)
+void DnsSdClient::setState(State state, const QString& errorText, bool serverSettled)
 {
-    if (state == state_ && errorText == errorText_) return;
+    if (state == state_ && errorText == errorText_ && serverSettled == serverSettled_) return;
     state_ = state;
     errorText_ = errorText;
+    serverSettled_ = serverSettled;
     emit stateChanged();
 }
 

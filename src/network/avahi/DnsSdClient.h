@@ -36,7 +36,10 @@ public:
     void stop();
 
     State state() const { return state_; }
+    // Browsing works.
     bool isRunning() const { return state_ == State::running; }
+    // The daemon has settled its own host name: the time to announce services.
+    bool canPublish() const { return isRunning() && serverSettled_; }
     // Why the daemon can't be used, in Avahi's words ("Daemon not running"); empty while running.
     QString errorText() const { return errorText_; }
     // Valid while running, until `aboutToReset`.
@@ -52,11 +55,12 @@ private:
     void connectToDaemon();
     void freeClient();
     void reconnectLater();
-    void setState(State state, const QString& errorText);
+    void setState(State state, const QString& errorText, bool serverSettled = false);
 
     std::chrono::milliseconds retryDelay_;
     AvahiClient* client_ = nullptr;
     State state_ = State::stopped;
+    bool serverSettled_ = false;
     QString errorText_;
     QTimer retry_;
 };

@@ -41,7 +41,14 @@ void DnsSdPublisher::withdraw()
 
 void DnsSdPublisher::followClient()
 {
-    if (!wantsPublished_ || !client_.isRunning()) return;
+    if (!wantsPublished_) return;
+    if (client_.isRunning() && !client_.canPublish()) {
+        // The daemon is (re)registering its host name: announce again once it has settled.
+        if (group_) avahi_entry_group_reset(group_);
+        isPublished_ = false;
+        return;
+    }
+    if (!client_.canPublish()) return;
     if (!group_) {
         group_ = avahi_entry_group_new(client_.client(), &DnsSdPublisher::groupCallback, this);
         if (!group_) {

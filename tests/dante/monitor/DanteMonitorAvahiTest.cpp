@@ -51,6 +51,8 @@ class DanteMonitorAvahiTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void init() { QVERIFY(testsupport::settleDevices()); }
+
     void threeDevicesAppearWithTheirTxtFieldsAndAddresses()
     {
         FakeDevice a("Stage-Box-1", {"model=DX168", "mf=Allen & Heath", "router_vers=4.2.1"});
@@ -210,8 +212,8 @@ private slots:
         huge.append("model=Big");
         FakeDevice big("Huge-Record", huge);
         // The argument's bytes reach the record as they stand: 0xff is not UTF-8.
-        FakeDevice broken(
-            "Not-Utf8", {QString::fromLatin1("model=A\xff" "B"), "model_id=DX32", "mf=Yamaha"});
+        FakeDevice broken("Not-Utf8 _netaudio-arc._udp 4440 \"$(printf 'model=A\\377B')\" "
+                          "model_id=DX32 mf=Yamaha");
         FakeDevice bare("No-Details", {});
         FakeDevice odd("Odd-Record", {"=orphan", "flag", "MODEL=Upper"});
         QVERIFY(big.waitUntilEstablished() && broken.waitUntilEstablished()

@@ -23,6 +23,23 @@ inline bool mdnsScript(const QString& command, const QString& folder = OSTREL_MD
         && script.exitCode() == 0;
 }
 
+// Starts the daemon again if a test stopped it, then waits until no Dante device of an earlier
+// test is announced any more (a withdrawn one lingers about a second in the daemon's cache).
+inline bool settleDevices()
+{
+    if (QProcess::execute(QStringLiteral("avahi-daemon"), {QStringLiteral("-c")}) != 0
+        && !mdnsScript(QStringLiteral("start-daemon")))
+        return false;
+    return QTest::qWaitFor(
+        [] {
+            QProcess browse;
+            browse.start(QStringLiteral("avahi-browse"),
+                {QStringLiteral("-pt"), QStringLiteral("_netaudio-arc._udp")});
+            return browse.waitForFinished(10000) && browse.readAll().trimmed().isEmpty();
+        },
+        15000);
+}
+
 // One fake device: avahi-publish for as long as the object lives or until killed.
 class FakeDevice {
 public:
@@ -35,6 +52,14 @@ public:
             QStringList {QStringLiteral("-s")} + options
                 + QStringList {name, QStringLiteral("_netaudio-arc._udp"), QStringLiteral("4440")}
                 + txt);
+    }
+    // Through the shell, for TXT strings whose bytes are not text: `command` is the rest of the
+    // avahi-publish command line, with printf escapes allowed inside $(printf '...').
+    explicit FakeDevice(const QString& shellArguments)
+    {
+        process_.setProcessChannelMode(QProcess::MergedChannels);
+        process_.start(QStringLiteral("sh"),
+            {QStringLiteral("-c"), QStringLiteral("exec avahi-publish -s ") + shellArguments});
     }
     ~FakeDevice() { kill(); }
 
