@@ -49,12 +49,17 @@ std::vector<QByteArray> txtStrings(AvahiStringList* list)
 DnsSdBrowser::DnsSdBrowser(DnsSdClient& client, QString type, QString domain, QObject* parent)
     : QObject(parent), client_(client), type_(type.toUtf8()), domain_(domain.toUtf8())
 {
+    resolveTimer_.setInterval(0);
+    connect(&resolveTimer_, &QTimer::timeout, this, &DnsSdBrowser::resolveQueued);
     connect(&client_, &DnsSdClient::stateChanged, this, &DnsSdBrowser::followClient);
     // Freed with the client: forget them without a word, the services are not known to be gone.
     connect(&client_, &DnsSdClient::aboutToReset, this, [this] {
         browser_ = nullptr;
         instances_.clear();
         instanceCounts_.clear();
+        resolveQueue_.clear();
+        retired_.clear();
+        resolveTimer_.stop();
     });
 }
 
@@ -79,7 +84,8 @@ void DnsSdBrowser::stop()
 bool DnsSdBrowser::isResolving(const QString& name) const
 {
     for (const auto& entry : instances_)
-        if (entry.second.name == name && entry.second.resolver && !entry.second.hasResolved)
+        if (entry.second.name == name
+            && (entry.second.isQueued || (entry.second.resolver && !entry.second.hasResolved)))
             return true;
     return false;
 }
@@ -104,6 +110,11 @@ void DnsSdBrowser::closeBrowser()
         if (entry.second.resolver) avahi_service_resolver_free(entry.second.resolver);
     instances_.clear();
     instanceCounts_.clear();
+    resolveQueue_.clear();
+    for (AvahiServiceResolver* resolver : retired_)
+        avahi_service_resolver_free(resolver);
+    retired_.clear();
+    resolveTimer_.stop();
     if (browser_) avahi_service_browser_free(browser_);
     browser_ = nullptr;
 }
@@ -136,11 +147,39 @@ void DnsSdBrowser::browseCallback(AvahiServiceBrowser*, AvahiIfIndex interface,
 void DnsSdBrowser::added(AvahiIfIndex interface, AvahiProtocol protocol, const char* name)
 {
     const QString serviceName = QString::fromUtf8(name);
+    const QString key = instanceKey(interface, protocol, name);
     auto [instance, isNew]
-        = instances_.try_emplace(instanceKey(interface, protocol, name), Instance {serviceName});
+        = instances_.try_emplace(key, Instance {serviceName, interface, protocol});
     if (isNew && ++instanceCounts_[serviceName] == 1) emit serviceAdded(serviceName);
     // A look-up that failed is tried again at the next announcement.
-    if (!instance->second.resolver) resolve(instance->second, interface, protocol, name);
+    if (instance->second.resolver || instance->second.isQueued) return;
+    instance->second.isQueued = true;
+    resolveQueue_.push_back(key);
+    resolveTimer_.start();
+}
+
+void DnsSdBrowser::resolveQueued()
+{
+    for (int freed = 0; freed < resolversPerTurn && !retired_.empty(); ++freed) {
+        avahi_service_resolver_free(retired_.front());
+        retired_.pop_front();
+    }
+    for (int made = 0; made < resolversPerTurn && !resolveQueue_.empty();) {
+        const auto found = instances_.find(resolveQueue_.front());
+        resolveQueue_.pop_front();
+        // Gone before its turn came.
+        if (found == instances_.end() || !found->second.isQueued) continue;
+        found->second.isQueued = false;
+        resolve(found->second);
+        ++made;
+    }
+    if (resolveQueue_.empty() && retired_.empty()) resolveTimer_.stop();
+}
+
+void DnsSdBrowser::retire(AvahiServiceResolver* resolver)
+{
+    retired_.push_back(resolver);
+    resolveTimer_.start();
 }
 
 void DnsSdBrowser::removed(AvahiIfIndex interface, AvahiProtocol protocol, const char* name)
@@ -148,7 +187,7 @@ void DnsSdBrowser::removed(AvahiIfIndex interface, AvahiProtocol protocol, const
     const auto found = instances_.find(instanceKey(interface, protocol, name));
     if (found == instances_.end()) return;
     // A look-up still under way ends with the service.
-    if (found->second.resolver) avahi_service_resolver_free(found->second.resolver);
+    if (found->second.resolver) retire(found->second.resolver);
     const QString serviceName = found->second.name;
     instances_.erase(found);
     auto count = instanceCounts_.find(serviceName);
@@ -158,12 +197,12 @@ void DnsSdBrowser::removed(AvahiIfIndex interface, AvahiProtocol protocol, const
     }
 }
 
-void DnsSdBrowser::resolve(
-    Instance& instance, AvahiIfIndex interface, AvahiProtocol protocol, const char* name)
+void DnsSdBrowser::resolve(Instance& instance)
 {
     instance.hasResolved = false;
-    instance.resolver = avahi_service_resolver_new(client_.client(), interface, protocol, name,
-        type_.constData(), domain_.constData(), AVAHI_PROTO_UNSPEC, AvahiLookupFlags(0),
+    instance.resolver = avahi_service_resolver_new(client_.client(), instance.interface,
+        instance.protocol, instance.name.toUtf8().constData(), type_.constData(),
+        domain_.constData(), AVAHI_PROTO_UNSPEC, AvahiLookupFlags(0),
         &DnsSdBrowser::resolveCallback, this);
     if (!instance.resolver) {
         emit resolveFailed(instance.name,
@@ -178,17 +217,18 @@ void DnsSdBrowser::resolveCallback(AvahiServiceResolver* resolver, AvahiIfIndex 
 {
     auto* self = static_cast<DnsSdBrowser*>(userdata);
     const auto found = self->instances_.find(instanceKey(interface, protocol, name));
+    // The answer of a resolver whose service was withdrawn meanwhile is stale.
+    if (found == self->instances_.end() || found->second.resolver != resolver) return;
     if (event == AVAHI_RESOLVER_FAILURE) {
         const QString error = QString::fromUtf8(
             avahi_strerror(avahi_client_errno(avahi_service_resolver_get_client(resolver))));
-        if (found != self->instances_.end() && found->second.resolver == resolver)
-            found->second.resolver = nullptr;
+        found->second.resolver = nullptr;
         // Freeing a resolver inside its own callback is allowed.
         avahi_service_resolver_free(resolver);
         emit self->resolveFailed(QString::fromUtf8(name), error);
         return;
     }
-    if (found != self->instances_.end()) found->second.hasResolved = true;
+    found->second.hasResolved = true;
     DnsSdService service;
     service.name = QString::fromUtf8(name);
     service.type = QString::fromUtf8(type);

@@ -8,10 +8,12 @@
 // only.
 #include <avahi-client/lookup.h>
 
+#include <deque>
 #include <map>
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include "network/avahi/DnsSdClient.h"
 #include "network/avahi/DnsSdService.h"
@@ -22,6 +24,11 @@ class DnsSdBrowser : public QObject {
     Q_OBJECT
 
 public:
+    // Making or freeing a resolver is a blocking call to the daemon; in a burst of announcements
+    // or withdrawals this many are made or freed at a time, one batch per event-loop turn, so
+    // that the main thread stays responsive.
+    static constexpr int resolversPerTurn = 8;
+
     DnsSdBrowser(DnsSdClient& client, QString type, QString domain = QStringLiteral("local"),
         QObject* parent = nullptr);
     ~DnsSdBrowser() override;
@@ -48,7 +55,10 @@ signals:
 private:
     struct Instance {
         QString name;
+        AvahiIfIndex interface = AVAHI_IF_UNSPEC;
+        AvahiProtocol protocol = AVAHI_PROTO_UNSPEC;
         AvahiServiceResolver* resolver = nullptr;
+        bool isQueued = false;
         bool hasResolved = false;
     };
 
@@ -65,8 +75,9 @@ private:
     void closeBrowser();
     void added(AvahiIfIndex interface, AvahiProtocol protocol, const char* name);
     void removed(AvahiIfIndex interface, AvahiProtocol protocol, const char* name);
-    void resolve(
-        Instance& instance, AvahiIfIndex interface, AvahiProtocol protocol, const char* name);
+    void resolve(Instance& instance);
+    void resolveQueued();
+    void retire(AvahiServiceResolver* resolver);
 
     DnsSdClient& client_;
     QByteArray type_;
@@ -76,6 +87,10 @@ private:
     // By interface, protocol and name.
     std::map<QString, Instance> instances_;
     std::map<QString, int> instanceCounts_;
+    std::deque<QString> resolveQueue_;
+    // Resolvers of withdrawn services, still to be freed; their answers are ignored.
+    std::deque<AvahiServiceResolver*> retired_;
+    QTimer resolveTimer_;
 };
 
 } // namespace ostrel
