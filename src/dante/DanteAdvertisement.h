@@ -24,7 +24,8 @@ using Txt = std::map<QString, QString>;
 
 inline constexpr std::array<const char*, 2> modelKeys {"model", "model_id"};
 inline constexpr std::array<const char*, 2> manufacturerKeys {"mf", "manufacturer"};
-inline constexpr std::array<const char*, 3> firmwareKeys {"router_vers", "server_vers", "arcp_vers"};
+inline constexpr std::array<const char*, 3> firmwareKeys {
+    "router_vers", "server_vers", "arcp_vers"};
 
 // Values are trimmed; one that is empty after trimming counts as absent.
 DanteDetails details(const Txt& txt);

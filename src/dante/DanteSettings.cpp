@@ -14,8 +14,8 @@ DanteSettings::DanteSettings(SettingsStore& store, QObject* parent)
 
 void DanteSettings::setMonitoringEnabled(bool value)
 {
-    assign(monitoringEnabled_, value, monitoringEnabledKey,
-        &DanteSettings::monitoringEnabledChanged);
+    assign(
+        monitoringEnabled_, value, monitoringEnabledKey, &DanteSettings::monitoringEnabledChanged);
 }
 
 void DanteSettings::setDropoutFlash(bool value)

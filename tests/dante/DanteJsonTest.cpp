@@ -22,8 +22,7 @@ TEST(DanteJsonTest, ADeviceWritesItsKeysAndLeavesAbsentDetailsOut)
     device.firstSeen = addingSeconds(reference, 10.5);
     device.lastChange = addingSeconds(reference, 20.0);
     const QJsonObject json = device.toJson();
-    EXPECT_EQ(json.keys(),
-        QStringList({"firstSeen", "id", "isOnline", "lastChange", "model"}));
+    EXPECT_EQ(json.keys(), QStringList({"firstSeen", "id", "isOnline", "lastChange", "model"}));
     EXPECT_DOUBLE_EQ(json.value("firstSeen").toDouble(), 10.5);
     EXPECT_EQ(DanteDevice::fromJson(json), device);
 }
@@ -42,8 +41,8 @@ TEST(DanteJsonTest, ADeviceWithAMistypedKeyDoesNotDecode)
 
 TEST(DanteJsonTest, AnEventRoundTripsWithItsKindAsRawValue)
 {
-    DanteEvent event {QUuid::createUuid(), "Amp", DanteEvent::Kind::returned,
-        addingSeconds(reference, 99.25)};
+    DanteEvent event {
+        QUuid::createUuid(), "Amp", DanteEvent::Kind::returned, addingSeconds(reference, 99.25)};
     const QJsonObject json = event.toJson();
     EXPECT_EQ(json.value("kind").toString(), QString("returned"));
     EXPECT_EQ(DanteEvent::fromJson(json), event);

@@ -80,8 +80,8 @@ TEST(DanteRosterTest, AnEmptyModelValueFallsBackToModelIdAndOnlySpacesCountAsEmp
 TEST(DanteRosterTest, ALaterAnnouncementWithNoDetailsKeepsTheDetailsAlreadyKnown)
 {
     DanteRoster roster;
-    roster.seen("A", {{"model", "DX168"}, {"mf", "Allen & Heath"}, {"router_vers", "4.2.1"}},
-        at(0));
+    roster.seen(
+        "A", {{"model", "DX168"}, {"mf", "Allen & Heath"}, {"router_vers", "4.2.1"}}, at(0));
     roster.seen("A", {}, at(5));
     roster.seen("A", {{"model", "  "}}, at(6));
     const DanteDevice& device = roster.devices().at("A");
@@ -117,8 +117,10 @@ TEST(DanteRosterTest, The201stEventPushesOutTheOldest)
     DanteRoster roster;
     roster.seen("A", {}, at(0));
     for (int i = 1; i <= 201; ++i) {
-        if (i % 2) roster.lost("A", at(i));
-        else roster.seen("A", {}, at(i));
+        if (i % 2)
+            roster.lost("A", at(i));
+        else
+            roster.seen("A", {}, at(i));
     }
     ASSERT_EQ(roster.events().size(), 200u);
     EXPECT_EQ(roster.events().front().date, at(201));
@@ -155,8 +157,8 @@ TEST(DanteRosterTest, ANameEndingIn2SortsBeforeTheSameNameEndingIn10)
     roster.seen("Stage-Box-10", {}, at(0));
     roster.seen("stage-box-2", {}, at(0));
     roster.seen("Stage-Box-1", {}, at(0));
-    EXPECT_EQ(names(roster.sortedDevices()),
-        QStringList({"Stage-Box-1", "stage-box-2", "Stage-Box-10"}));
+    EXPECT_EQ(
+        names(roster.sortedDevices()), QStringList({"Stage-Box-1", "stage-box-2", "Stage-Box-10"}));
 }
 
 TEST(DanteRosterTest, SetAddressOfAnUnknownDeviceDoesNothing)

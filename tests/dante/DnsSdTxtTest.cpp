@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "dante/DanteAdvertisement.h"
 #include "dante/DanteAddress.h"
+#include "dante/DanteAdvertisement.h"
 #include "network/DnsSdTxt.h"
 
 using namespace ostrel;
@@ -23,8 +23,9 @@ TEST(DnsSdTxtTest, AStringWithoutEqualsIsAKeyWithAnEmptyValueAndAnEmptyKeyIsIgno
 
 TEST(DnsSdTxtTest, AValueThatIsNotUtf8IsDroppedSoTheNextKeyOfTheDetailIsUsed)
 {
-    const auto txt = DnsSdTxt::map({QByteArray("model=A\xff" "B"), "model_id=DX168",
-        QByteArray("mf=Caf\xc3\xa9")});
+    const auto txt = DnsSdTxt::map({QByteArray("model=A\xff"
+                                               "B"),
+        "model_id=DX168", QByteArray("mf=Caf\xc3\xa9")});
     EXPECT_FALSE(txt.contains("model"));
     EXPECT_EQ(txt.at("mf"), QString::fromUtf8("Caf\xc3\xa9"));
     EXPECT_EQ(DanteAdvertisement::details(txt).model, QString("DX168"));
@@ -32,7 +33,9 @@ TEST(DnsSdTxtTest, AValueThatIsNotUtf8IsDroppedSoTheNextKeyOfTheDetailIsUsed)
 
 TEST(DnsSdTxtTest, AKeyWithControlOrNonAsciiBytesIsIgnored)
 {
-    const auto txt = DnsSdTxt::map({QByteArray("mo\x01" "del=X"), QByteArray("m\xc3\xa9=Y")});
+    const auto txt = DnsSdTxt::map({QByteArray("mo\x01"
+                                               "del=X"),
+        QByteArray("m\xc3\xa9=Y")});
     EXPECT_TRUE(txt.empty());
 }
 

@@ -92,5 +92,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(AppModelDanteTest)
+QTEST_GUILESS_MAIN(AppModelDanteTest)
 #include "AppModelDanteTest.moc"

@@ -103,7 +103,8 @@ TEST(FlashPulses, ANormalFlashIsThreeOneSecondPulsesAndReducedMotionOneLongSoftO
 
 class DropoutFlashModelTest : public DanteViewsFixture { };
 
-TEST_F(DropoutFlashModelTest, TwoDevicesDroppingOutInOneUpdateFlashOnceAndAThirdASecondLaterRestarts)
+TEST_F(
+    DropoutFlashModelTest, TwoDevicesDroppingOutInOneUpdateFlashOnceAndAThirdASecondLaterRestarts)
 {
     seen({"A", "B", "C", "D"});
     DropoutFlashModel flash;
@@ -239,6 +240,9 @@ TEST_F(DanteWidgetModelTest, WithExactlyEightDevicesNoOverflowCountAppearsAndWit
     EXPECT_EQ(widget.listed().size(), 8);
     EXPECT_TRUE(widget.showsMore());
     EXPECT_EQ(widget.moreText(), "1 more");
+    // Four names a column.
+    EXPECT_EQ(widget.gridColumns(), 2);
+    EXPECT_DOUBLE_EQ(widget.gridWidth(), 306.0);
 }
 
 TEST_F(DanteWidgetModelTest, AllOnlineShowsTheCountLargeAndOfflineShowsHowManyOfAllInOrange)
@@ -264,7 +268,8 @@ TEST_F(DanteWidgetModelTest, AllOnlineShowsTheCountLargeAndOfflineShowsHowManyOf
     for (const QVariant& entry : widget.listed())
         names.append(entry.toMap().value("name").toString());
     EXPECT_EQ(names, QStringList({"Stage-Box-10", "Amp", "Stage-Box-2"}));
-    EXPECT_EQ(widget.listed().front().toMap().value("colorRole").toInt(), role(Theme::Role::orange));
+    EXPECT_EQ(
+        widget.listed().front().toMap().value("colorRole").toInt(), role(Theme::Role::orange));
     EXPECT_EQ(widget.listed().back().toMap().value("colorRole").toInt(), role(Theme::Role::green));
     lost({"Amp"});
     EXPECT_EQ(widget.detailText(), "2 devices offline");
@@ -299,16 +304,15 @@ TEST_F(DanteDevicesModelTest, RowsShowEachColumnOfflineFirstAndRemoveOfflineForg
     devices.setSettings(&settings);
     EXPECT_EQ(devices.headers(),
         QStringList({"Status", "Name", "Model", "Manufacturer", "IP Address", "Firmware"}));
-    roster.seen("Amp", {{"model", "D80"}, {"mf", "d&b audiotechnik"}, {"router_vers", "4.2.1"}},
-        at(0));
+    roster.seen(
+        "Amp", {{"model", "D80"}, {"mf", "d&b audiotechnik"}, {"router_vers", "4.2.1"}}, at(0));
     roster.setAddress("192.168.1.24", "Amp");
     roster.seen("Box", {}, at(0));
     publish();
     EXPECT_FALSE(devices.canRemoveOffline());
     ASSERT_EQ(devices.rowCount(), 2);
-    const auto cell = [&](int row, int column) {
-        return devices.data(devices.index(row), column).toString();
-    };
+    const auto cell
+        = [&](int row, int column) { return devices.data(devices.index(row), column).toString(); };
     EXPECT_EQ(cell(0, DanteDevicesModel::statusRole), "Online");
     EXPECT_EQ(cell(0, DanteDevicesModel::modelRole), "D80");
     EXPECT_EQ(cell(0, DanteDevicesModel::manufacturerRole), "d&b audiotechnik");

@@ -21,12 +21,14 @@ QString appearanceName(int appearance)
                                                    : QStringLiteral("light");
 }
 
-// The demo's roster, and Amp-Rack-R back after a short dropout, so that the log has both kinds.
+// The demo's roster, with Amp-Rack-R back after a short dropout before Stage-Box-2 went, so that
+// the log has both kinds.
 DanteRoster showRoster(Date now)
 {
-    DanteRoster roster = DanteWatch::sampleRoster(true, now);
+    DanteRoster roster = DanteWatch::sampleRoster(false, now);
     roster.lost(QStringLiteral("Amp-Rack-R"), addingSeconds(now, -300.0));
     roster.seen(QStringLiteral("Amp-Rack-R"), {}, addingSeconds(now, -296.0));
+    roster.lost(QStringLiteral("Stage-Box-2"), addingSeconds(now, -42.0));
     return roster;
 }
 

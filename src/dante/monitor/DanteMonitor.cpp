@@ -30,21 +30,23 @@ DanteMonitor::~DanteMonitor()
 
 void DanteMonitor::setEnabled(bool enabled)
 {
-    if (enabled) start();
-    else stop();
+    if (enabled)
+        start();
+    else
+        stop();
 }
 
 void DanteMonitor::start()
 {
     if (browser_) return;
     restart_.stop();
-    browser_ = std::make_unique<DnsSdBrowser>(client_, QString::fromLatin1(serviceType),
-        QString::fromLatin1(domain));
+    browser_ = std::make_unique<DnsSdBrowser>(
+        client_, QString::fromLatin1(serviceType), QString::fromLatin1(domain));
     ++browsersMade_;
     connect(browser_.get(), &DnsSdBrowser::serviceAdded, this,
         [this](const QString& name) { found(name, {}, std::nullopt); });
-    connect(browser_.get(), &DnsSdBrowser::serviceResolved, this,
-        [this](const DnsSdService& service) {
+    connect(
+        browser_.get(), &DnsSdBrowser::serviceResolved, this, [this](const DnsSdService& service) {
             found(service.name, DnsSdTxt::map(service.txt),
                 service.address.isEmpty() ? std::nullopt : std::optional(service.address));
         });
@@ -98,8 +100,8 @@ QString DanteMonitor::problemText(const QString& daemonError)
     return QStringLiteral("Dante devices can't be found: ") + daemonError + u'.';
 }
 
-void DanteMonitor::found(const QString& name, const DanteAdvertisement::Txt& txt,
-    const std::optional<QString>& address)
+void DanteMonitor::found(
+    const QString& name, const DanteAdvertisement::Txt& txt, const std::optional<QString>& address)
 {
     roster_.seen(name, txt, now());
     // One address per device, kept when it comes back.

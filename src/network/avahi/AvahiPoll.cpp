@@ -40,8 +40,8 @@ void watchUpdate(AvahiWatch* watch, AvahiWatchEvent events)
     watch->write->setEnabled(events & AVAHI_WATCH_OUT);
 }
 
-AvahiWatch* watchNew(const ::AvahiPoll*, int fd, AvahiWatchEvent events,
-    AvahiWatchCallback callback, void* userdata)
+AvahiWatch* watchNew(
+    const ::AvahiPoll*, int fd, AvahiWatchEvent events, AvahiWatchCallback callback, void* userdata)
 {
     auto* watch = new AvahiWatch {fd, AvahiWatchEvent(0), callback, userdata,
         new QSocketNotifier(fd, QSocketNotifier::Read),
@@ -80,8 +80,8 @@ void timeoutUpdate(AvahiTimeout* timeout, const struct timeval* when)
     timeout->timer->start(static_cast<int>(std::min<long long>(milliseconds, INT_MAX)));
 }
 
-AvahiTimeout* timeoutNew(const ::AvahiPoll*, const struct timeval* when,
-    AvahiTimeoutCallback callback, void* userdata)
+AvahiTimeout* timeoutNew(
+    const ::AvahiPoll*, const struct timeval* when, AvahiTimeoutCallback callback, void* userdata)
 {
     auto* timeout = new AvahiTimeout {new QTimer, callback, userdata};
     timeout->timer->setSingleShot(true);

@@ -200,13 +200,13 @@ void DnsSdBrowser::removed(AvahiIfIndex interface, AvahiProtocol protocol, const
 void DnsSdBrowser::resolve(Instance& instance)
 {
     instance.hasResolved = false;
-    instance.resolver = avahi_service_resolver_new(client_.client(), instance.interface,
-        instance.protocol, instance.name.toUtf8().constData(), type_.constData(),
-        domain_.constData(), AVAHI_PROTO_UNSPEC, AvahiLookupFlags(0),
-        &DnsSdBrowser::resolveCallback, this);
+    instance.resolver
+        = avahi_service_resolver_new(client_.client(), instance.interface, instance.protocol,
+            instance.name.toUtf8().constData(), type_.constData(), domain_.constData(),
+            AVAHI_PROTO_UNSPEC, AvahiLookupFlags(0), &DnsSdBrowser::resolveCallback, this);
     if (!instance.resolver) {
-        emit resolveFailed(instance.name,
-            QString::fromUtf8(avahi_strerror(avahi_client_errno(client_.client()))));
+        emit resolveFailed(
+            instance.name, QString::fromUtf8(avahi_strerror(avahi_client_errno(client_.client()))));
     }
 }
 

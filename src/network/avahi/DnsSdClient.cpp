@@ -38,8 +38,8 @@ void DnsSdClient::connectToDaemon()
     freeClient();
     int error = 0;
     // The callback may run before this returns, with the new client as its argument.
-    AvahiClient* client = avahi_client_new(AvahiPoll::eventLoop(), AVAHI_CLIENT_NO_FAIL,
-        &DnsSdClient::clientCallback, this, &error);
+    AvahiClient* client = avahi_client_new(
+        AvahiPoll::eventLoop(), AVAHI_CLIENT_NO_FAIL, &DnsSdClient::clientCallback, this, &error);
     if (!client) {
         // Without a system bus even a client that waits for its daemon can't be made.
         setState(State::unavailable, QString::fromUtf8(avahi_strerror(error)));
@@ -67,8 +67,8 @@ void DnsSdClient::clientCallback(AvahiClient* client, AvahiClientState state, vo
     case AVAHI_CLIENT_FAILURE:
         // The daemon went away: a new client waits for it to come back. Not from inside the
         // client's own callback.
-        self->setState(State::unavailable,
-            QString::fromUtf8(avahi_strerror(avahi_client_errno(client))));
+        self->setState(
+            State::unavailable, QString::fromUtf8(avahi_strerror(avahi_client_errno(client))));
         self->reconnectLater();
         break;
     }

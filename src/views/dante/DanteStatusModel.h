@@ -34,8 +34,8 @@ class DanteStatusModel : public ostrel::ViewModel {
     Q_PROPERTY(double fontSize READ fontSize CONSTANT)
     Q_PROPERTY(double dotSize READ dotSize CONSTANT)
     Q_PROPERTY(int animationMilliseconds READ animationMilliseconds NOTIFY reducedMotionChanged)
-    Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY
-            reducedMotionChanged)
+    Q_PROPERTY(
+        bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY reducedMotionChanged)
 
 public:
     explicit DanteStatusModel(QObject* parent = nullptr);

@@ -51,8 +51,7 @@ Item {
         }
         Flow {
             objectName: "danteDeviceGrid"
-            Layout.fillWidth: true
-            Layout.maximumWidth: widgetModel.maximumWidth - 2 * widgetModel.padding
+            Layout.preferredWidth: widgetModel.gridWidth
             Layout.topMargin: widgetModel.gridSpacing
             spacing: widgetModel.gridSpacing
             Repeater {

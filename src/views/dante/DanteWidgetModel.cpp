@@ -1,6 +1,7 @@
 #include "views/dante/DanteWidgetModel.h"
 
 #include <QVariantMap>
+#include <algorithm>
 
 #include "views/components/Theme.h"
 
@@ -19,6 +20,20 @@ void DanteWidgetModel::setScale(double value)
     emit layoutChanged();
 }
 
+int DanteWidgetModel::gridColumns() const
+{
+    const auto fitting = static_cast<int>(
+        (maximumWidth() - 2.0 * padding() + gridSpacing()) / (gridItemWidth() + gridSpacing()));
+    const auto wanted = static_cast<int>((listed_.size() + 3) / 4);
+    return std::max(1, std::min(wanted, fitting));
+}
+
+double DanteWidgetModel::gridWidth() const
+{
+    const int columns = gridColumns();
+    return columns * gridItemWidth() + (columns - 1) * gridSpacing();
+}
+
 int DanteWidgetModel::countColorRole() const
 {
     return static_cast<int>(hasOffline_ ? Theme::Role::orange : Theme::Role::primary);
@@ -28,20 +43,19 @@ void DanteWidgetModel::attach()
 {
     watch(dante_);
     if (dante_)
-        track(
-            connect(dante_, &DanteMonitor::rosterChanged, this, &DanteWidgetModel::refresh));
+        track(connect(dante_, &DanteMonitor::rosterChanged, this, &DanteWidgetModel::refresh));
 }
 
 void DanteWidgetModel::refresh()
 {
-    const std::vector<DanteDevice> devices = dante_ ? dante_->devices() : std::vector<DanteDevice> {};
+    const std::vector<DanteDevice> devices
+        = dante_ ? dante_->devices() : std::vector<DanteDevice> {};
     std::vector<DanteDevice> offline;
     for (const DanteDevice& device : devices)
         if (!device.isOnline) offline.push_back(device);
     const auto total = static_cast<qsizetype>(devices.size());
     const auto online = total - static_cast<qsizetype>(offline.size());
 
-    const bool hadOffline = hasOffline_;
     hasOffline_ = !offline.empty();
     if (hasOffline_) {
         countText_ = QStringLiteral("%1 of %2 online").arg(online).arg(total);
@@ -54,7 +68,8 @@ void DanteWidgetModel::refresh()
                               .arg(total);
     } else {
         countText_ = QString::number(online);
-        detailText_ = online == 1 ? QStringLiteral("device online") : QStringLiteral("devices online");
+        detailText_
+            = online == 1 ? QStringLiteral("device online") : QStringLiteral("devices online");
         accessibleName_ = QStringLiteral("Dante, %1 devices online").arg(online);
     }
     listed_.clear();
@@ -68,10 +83,10 @@ void DanteWidgetModel::refresh()
             {QStringLiteral("textColorRole"),
                 static_cast<int>(device.isOnline ? Theme::Role::secondary : Theme::Role::orange)}});
     }
-    moreText_ = total > maximumListed ? QStringLiteral("%1 more").arg(total - maximumListed)
-                                      : QString();
+    moreText_
+        = total > maximumListed ? QStringLiteral("%1 more").arg(total - maximumListed) : QString();
     emit contentChanged();
-    if (hadOffline != hasOffline_) emit layoutChanged();
+    emit layoutChanged();
 }
 
 } // namespace ostrel

@@ -36,6 +36,7 @@ class DanteWidgetModel : public ostrel::ViewModel {
     Q_PROPERTY(double moreSize READ moreSize NOTIFY scaleChanged)
     Q_PROPERTY(double gridItemWidth READ gridItemWidth NOTIFY scaleChanged)
     Q_PROPERTY(double gridSpacing READ gridSpacing NOTIFY scaleChanged)
+    Q_PROPERTY(double gridWidth READ gridWidth NOTIFY layoutChanged)
     Q_PROPERTY(double maximumWidth READ maximumWidth NOTIFY scaleChanged)
     Q_PROPERTY(double padding READ padding NOTIFY scaleChanged)
 
@@ -73,6 +74,9 @@ public:
     double moreSize() const { return 13.0 * scale_; }
     double gridItemWidth() const { return 150.0 * scale_; }
     double gridSpacing() const { return 6.0 * scale_; }
+    // Up to four names a column, in as many columns as the widest grid holds.
+    int gridColumns() const;
+    double gridWidth() const;
     double maximumWidth() const { return 520.0 * scale_; }
     double padding() const { return 10.0 * scale_; }
 

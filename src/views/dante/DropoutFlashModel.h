@@ -25,8 +25,8 @@ class DropoutFlashModel : public ostrel::ViewModel {
         ostrel::DanteSettings* settings READ settings WRITE setSettings NOTIFY settingsChanged)
     Q_PROPERTY(qint64 urgentFlashCount READ urgentFlashCount WRITE setUrgentFlashCount NOTIFY
             urgentFlashCountChanged)
-    Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY
-            reducedMotionChanged)
+    Q_PROPERTY(
+        bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY reducedMotionChanged)
     Q_PROPERTY(double opacity READ opacity NOTIFY opacityChanged)
     Q_PROPERTY(int flashCount READ flashCount NOTIFY flashCountChanged)
 

@@ -29,8 +29,9 @@ QString DropoutLogModel::timeText(Date date)
 {
     const auto milliseconds
         = std::chrono::duration_cast<std::chrono::milliseconds>(date.time_since_epoch()).count();
-    return QDateTime::fromMSecsSinceEpoch(milliseconds).toLocalTime().toString(
-        QStringLiteral("HH:mm:ss"));
+    return QDateTime::fromMSecsSinceEpoch(milliseconds)
+        .toLocalTime()
+        .toString(QStringLiteral("HH:mm:ss"));
 }
 
 int DropoutLogModel::rowCount(const QModelIndex& parent) const

@@ -25,8 +25,7 @@ void SideColumnModel::attach()
     watch(qlab_);
     watch(dante_);
     if (qlab_)
-        track(connect(
-            qlab_, &QLabClient::timecodeCueChanged, this, &SideColumnModel::refresh));
+        track(connect(qlab_, &QLabClient::timecodeCueChanged, this, &SideColumnModel::refresh));
     if (dante_)
         track(connect(dante_, &DanteMonitor::rosterChanged, this, &SideColumnModel::refresh));
 }

@@ -59,9 +59,8 @@ private slots:
         qint64 longestGap = 0;
         QTimer ticker;
         ticker.setInterval(5);
-        connect(&ticker, &QTimer::timeout, [&] {
-            longestGap = std::max(longestGap, sinceTick.restart());
-        });
+        connect(&ticker, &QTimer::timeout,
+            [&] { longestGap = std::max(longestGap, sinceTick.restart()); });
 
         QProcess publisher;
         publisher.setProcessChannelMode(QProcess::ForwardedErrorChannel);

@@ -56,8 +56,8 @@ private slots:
     void threeDevicesAppearWithTheirTxtFieldsAndAddresses()
     {
         FakeDevice a("Stage-Box-1", {"model=DX168", "mf=Allen & Heath", "router_vers=4.2.1"});
-        FakeDevice b("Amp-Rack-L", {"model=", "model_id=D80", "manufacturer=d&b audiotechnik",
-                                       "server_vers=2.1"});
+        FakeDevice b("Amp-Rack-L",
+            {"model=", "model_id=D80", "manufacturer=d&b audiotechnik", "server_vers=2.1"});
         FakeDevice c("FOH-Desk", {"model=SQ-7", "mf=Allen & Heath", "arcp_vers=1.0.3"});
         QVERIFY(a.waitUntilEstablished() && b.waitUntilEstablished() && c.waitUntilEstablished());
         DanteMonitor monitor;
@@ -155,8 +155,8 @@ private slots:
     void aServiceRemovedWhileItsLookUpIsPendingCancelsTheLookUp()
     {
         // A host name with no address: the look-up would wait about five seconds and fail.
-        auto device = std::make_unique<FakeDevice>("Unresolvable-1", QStringList {"model=X"},
-            QStringList {"-H", "nowhere-ostrel.local"});
+        auto device = std::make_unique<FakeDevice>(
+            "Unresolvable-1", QStringList {"model=X"}, QStringList {"-H", "nowhere-ostrel.local"});
         QVERIFY(device->waitUntilEstablished());
         DanteMonitor monitor;
         monitor.start();

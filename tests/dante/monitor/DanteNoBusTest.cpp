@@ -66,8 +66,8 @@ private slots:
 
     void theMonitorPicksUpDevicesWhenABusAndDaemonStartLate()
     {
-        DanteMonitor monitor(DanteMonitor::Timings {std::chrono::milliseconds(5000),
-                                 std::chrono::milliseconds(200)},
+        DanteMonitor monitor(
+            DanteMonitor::Timings {std::chrono::milliseconds(5000), std::chrono::milliseconds(200)},
             {});
         monitor.start();
         QTRY_VERIFY(monitor.hasProblem());
