@@ -2,7 +2,7 @@
 #   make run    builds and runs Ostrel Live
 #   make test   builds and runs every test, then the sanitizer builds of the logic tests
 
-.PHONY: run analyze-demo test test-long deps dev asan tsan release bench format clean
+.PHONY: run analyze-demo test test-long deps dev asan tsan release package bench format clean
 
 JOBS ?= $(shell nproc)
 
@@ -12,6 +12,10 @@ deps:
 release: deps
 	cmake --preset release
 	cmake --build --preset release -j $(JOBS)
+
+# The Debian package of the release build, in build/release.
+package: release
+	cd build/release && cpack
 
 # The station itself, on the default audio input.
 run: release

@@ -30,6 +30,8 @@ LAYERS = {
     "src/recording": (1, "drivers"),
     "src/network/avahi": (1, "drivers"),
     "src/dante/monitor": (1, "drivers"),
+    "src/updates": (0, "pure logic"),
+    "src/updates/client": (1, "drivers"),
     "src/station": (2, "central model"),
     "src/views": (3, "views"),
     "src/app": (4, "executables"),

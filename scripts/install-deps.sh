@@ -14,13 +14,14 @@ packages=(
   qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qtquick-dialogs
   fonts-material-design-icons-iconfont
   xvfb
-  pulseaudio pulseaudio-utils
+  pulseaudio pulseaudio-utils libpulse-dev
   libfftw3-dev
   libavahi-client-dev avahi-daemon avahi-utils dbus-daemon python3-dbus
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-liblo
   clang-format
+  desktop-file-utils appstream dpkg-dev
 )
 if [[ "${1:-}" == "--fuzz" ]]; then
   packages+=(clang xxd)

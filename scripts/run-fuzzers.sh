@@ -25,7 +25,7 @@ CC=clang CXX=clang++ cmake -S "$root" -B "$build" -G Ninja \
   -DCMAKE_EXE_LINKER_FLAGS=-fsanitize=address,undefined >/dev/null
 
 # Each target with its seed folder under tests/fuzz/corpus.
-targets=(qlab_decode_fuzzer:qlab)
+targets=(qlab_decode_fuzzer:qlab correction_file_fuzzer:correction)
 
 cmake --build "$build" --target "${targets[@]%%:*}"
 

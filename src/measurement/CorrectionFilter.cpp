@@ -61,9 +61,27 @@ std::size_t convolveLanes(
 } // namespace
 
 CorrectionFilter::CorrectionFilter(const MicrophoneCorrection& correction, double sampleRate)
-    : taps_(design(correction, sampleRate)), input_(historyLength, 0.0f)
+    : taps_(design(correction, sampleRate)),
+      input_(historyLength, 0.0f),
+      convolver_(std::make_unique<OverlapSaveConvolver>(taps_))
 {
 }
+
+CorrectionFilter::CorrectionFilter(const CorrectionFilter& other)
+    : taps_(other.taps_),
+      input_(other.input_),
+      output_(other.output_),
+      convolver_(std::make_unique<OverlapSaveConvolver>(taps_))
+{
+}
+
+CorrectionFilter& CorrectionFilter::operator=(const CorrectionFilter& other)
+{
+    if (this != &other) *this = CorrectionFilter(other);
+    return *this;
+}
+
+CorrectionFilter::~CorrectionFilter() = default;
 
 std::vector<float> CorrectionFilter::design(
     const MicrophoneCorrection& correction, double sampleRate)
@@ -109,6 +127,12 @@ std::vector<float> CorrectionFilter::design(
 
 std::span<const float> CorrectionFilter::process(std::span<const float> samples)
 {
+    return process(
+        samples, samples.size() >= overlapSaveFromBlock ? Form::overlapSave : Form::direct);
+}
+
+std::span<const float> CorrectionFilter::process(std::span<const float> samples, Form form)
+{
     const std::size_t count = samples.size();
     if (input_.size() < count + historyLength) input_.resize(count + historyLength);
     if (output_.size() < count) output_.resize(count);
@@ -120,12 +144,15 @@ std::span<const float> CorrectionFilter::process(std::span<const float> samples)
     const float* const taps = taps_.data();
     float* const out = output_.data();
 
-    // Every output sums its taps in the same order, whatever the block size, so splitting a
-    // signal into blocks gives exactly the same result as filtering it whole.
-    std::size_t n = convolveLanes<64>(in, taps, out, 0, count);
-    n = convolveLanes<32>(in, taps, out, n, count);
-    n = convolveLanes<8>(in, taps, out, n, count);
-    convolveLanes<1>(in, taps, out, n, count);
+    if (form == Form::overlapSave) {
+        convolver_->correlate(in, count, out);
+    } else {
+        // Every output sums its taps in the same order, whatever the block size.
+        std::size_t n = convolveLanes<64>(in, taps, out, 0, count);
+        n = convolveLanes<32>(in, taps, out, n, count);
+        n = convolveLanes<8>(in, taps, out, n, count);
+        convolveLanes<1>(in, taps, out, n, count);
+    }
 
     if (count > 0)
         std::copy_n(

@@ -15,9 +15,16 @@ std::int64_t intervalLength(double sampleRate)
 
 } // namespace
 
-MeasurementPipeline::MeasurementPipeline(Clock clock) : clock_(std::move(clock))
+MeasurementPipeline::MeasurementPipeline(Clock clock)
 {
-    if (!clock_) clock_ = [] { return std::chrono::system_clock::now(); };
+    setClock(std::move(clock));
+}
+
+void MeasurementPipeline::setClock(Clock clock)
+{
+    if (!clock) clock = [] { return std::chrono::system_clock::now(); };
+    std::lock_guard lock(mutex_);
+    clock_ = std::move(clock);
 }
 
 void MeasurementPipeline::configure(FrequencyWeighting weighting, TimeWeighting response,

@@ -47,6 +47,9 @@ public:
 
     // The clock dates blocks handed to the recorder; the system clock unless a test injects one.
     explicit MeasurementPipeline(Clock clock = nullptr);
+    // Main thread, before any block is processed: a pipeline the station made keeps its own
+    // otherwise. Null restores the system clock.
+    void setClock(Clock clock);
 
     // Main thread, whenever the measuring settings change. A new correction is designed outside
     // the lock; everything else is a field change under it.

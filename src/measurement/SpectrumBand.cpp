@@ -31,8 +31,8 @@ const std::vector<SpectrumBand>& SpectrumBand::thirdOctave()
         std::vector<SpectrumBand> list;
         list.reserve(thirdOctaveCount);
         for (int n = -17; n <= 13; ++n) {
-            const double center = 1000.0 * std::pow(10.0, n / 10.0);
-            list.push_back({center / thirdOctaveHalfWidth, center, center * thirdOctaveHalfWidth});
+            const double middle = 1000.0 * std::pow(10.0, n / 10.0);
+            list.push_back({middle / thirdOctaveHalfWidth, middle, middle * thirdOctaveHalfWidth});
         }
         return list;
     }();

@@ -44,7 +44,7 @@ const Setting<bool> DisplaySettings::unhingedModeKey {"unhingedMode", false};
 double DisplaySettings::clampedBrightness(double value)
 {
     if (!(value > dimmestBrightness)) return dimmestBrightness; // NaN too
-    return value > 1.0 ? 1.0 : value;
+    return value > brightestBrightness ? brightestBrightness : value;
 }
 
 DisplaySettings::DisplaySettings(SettingsStore& store, QObject* parent)

@@ -28,6 +28,7 @@ class DisplaySettings : public SettingsGroup {
 
 public:
     static constexpr double dimmestBrightness = 0.2;
+    static constexpr double brightestBrightness = 1.0;
 
     static const Setting<AppearanceMode> appearanceKey;
     static const Setting<double> graphDurationKey;

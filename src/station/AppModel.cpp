@@ -37,15 +37,27 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
     QString sessionsFolder, QObject* parent)
     : QObject(parent),
       mode_(mode),
+      clock_(&now),
       settings_(std::move(settings)),
-      input_(std::move(audioBackend), settings_->input(), &now),
-      qlab_(settings_->qlab(), qlabTimings, &now),
+      input_(std::move(audioBackend), settings_->input(), [this] { return clock_(); }),
+      qlab_(settings_->qlab(), qlabTimings, [this] { return clock_(); }),
       sessions_(settings_->sessions(), settings_->measurement(), input_.audio().pipeline(),
           std::make_shared<DiskSessionFiles>(), std::move(sessionsFolder)),
+      updater_(mode == Mode::live, settings_->updates()),
       calibration_(settings_->measurement()),
       dante_(settings_->dante()),
       source_(&input_)
 {
+    if (mode_ == Mode::demo) {
+        DemoSimulator::Options options;
+        options.clock = [this] { return clock_(); };
+        simulator_ = std::make_unique<DemoSimulator>(
+            qlab_.client(),
+            [this](std::span<const float> samples, double rate, const MeasurementInterval& interval,
+                Date at) { sessions_.recordDemoAudio(samples, rate, interval, at); },
+            options);
+        source_ = simulator_.get();
+    }
     wire();
 
     if (mode_ == Mode::inert) {
@@ -65,6 +77,11 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
 }
 
 AppModel::~AppModel() = default;
+
+void AppModel::setClock(std::function<Date()> clock)
+{
+    clock_ = clock ? std::move(clock) : std::function<Date()>(&now);
+}
 
 // Every route between subsystems. Each callback is owned by a member, so none outlives the model.
 void AppModel::wire()
@@ -101,7 +118,10 @@ void AppModel::start()
         &AppModel::applyMeasurementSettings);
     connect(&settings_->display(), &SettingsGroup::changed, this, &AppModel::applyDisplaySettings);
 
-    if (mode_ == Mode::demo) dante_.monitor().simulate(DanteWatch::sampleRoster(true, now()));
+    if (mode_ == Mode::demo) {
+        source_->start();
+        dante_.monitor().simulate(DanteWatch::sampleRoster(true, now()));
+    }
     if (mode_ != Mode::live) return;
     source_->start();
     qlab_.start();
@@ -162,7 +182,7 @@ void AppModel::setCalibrating(bool active)
 void AppModel::applyCalibration(double offset)
 {
     settings_->measurement().setCalibrationOffset(offset);
-    settings_->measurement().setCalibrationDate(now());
+    settings_->measurement().setCalibrationDate(clock_());
     meter_.resetStatistics();
 }
 
@@ -181,7 +201,7 @@ void AppModel::requestNewSession()
 
 void AppModel::startSession(const QString& name)
 {
-    sessions_.startSession(name, now());
+    sessions_.startSession(name, clock_());
     meter_.resetStatistics();
 }
 
@@ -192,7 +212,7 @@ void AppModel::endSession()
 
 std::optional<ShowSession> AppModel::finishSession()
 {
-    return sessions_.finishSession(now());
+    return sessions_.finishSession(clock_());
 }
 
 void AppModel::selectRecording(const ShowSession& session)

@@ -17,8 +17,10 @@
 #include "measurement/MicrophoneCorrection.h"
 #include "model/MeterModel.h"
 #include "station/AppSettings.h"
+#include "station/AppUpdater.h"
 #include "station/CalibrationRun.h"
 #include "station/DanteWatch.h"
+#include "station/DemoSimulator.h"
 #include "station/LiveInput.h"
 #include "station/QLabLink.h"
 #include "station/ShowSessions.h"
@@ -36,6 +38,7 @@ class AppModel : public QObject {
     Q_PROPERTY(ostrel::LiveInput* input READ inputObject CONSTANT)
     Q_PROPERTY(ostrel::QLabClient* qlab READ qlabObject CONSTANT)
     Q_PROPERTY(ostrel::SessionStore* sessions READ sessionsObject CONSTANT)
+    Q_PROPERTY(ostrel::AppUpdater* updater READ updaterObject CONSTANT)
     Q_PROPERTY(bool isPresentingNewSession READ isPresentingNewSession WRITE setPresentingNewSession
             NOTIFY isPresentingNewSessionChanged)
     Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY sessionChanged)
@@ -71,6 +74,12 @@ public:
     AudioInput& audio() { return input_.audio(); }
     QLabLink& qlabLink() { return qlab_; }
     QLabClient& qlab() { return qlab_.client(); }
+    AppUpdater& updater() { return updater_; }
+    // The simulator that stands in for microphone and QLab in demo mode; none otherwise.
+    DemoSimulator* simulator() { return simulator_.get(); }
+    // Tests set the date every subsystem takes; the system clock otherwise.
+    void setClock(std::function<Date()> clock);
+    Date currentDate() const { return clock_(); }
     ShowSessions& shows() { return sessions_; }
     SessionStore& sessions() { return sessions_.store(); }
     CalibrationRun& calibration() { return calibration_; }
@@ -139,6 +148,7 @@ private:
     AudioInput* audioObject() { return &input_.audio(); }
     LiveInput* inputObject() { return &input_; }
     QLabClient* qlabObject() { return &qlab_.client(); }
+    AppUpdater* updaterObject() { return &updater_; }
     SessionStore* sessionsObject() { return &sessions_.store(); }
     DanteMonitor* danteObject() { return &dante_.monitor(); }
 
@@ -148,14 +158,18 @@ private:
     void applyDisplaySettings();
 
     Mode mode_;
+    // Every date the station takes; before the subsystems, which read it.
+    std::function<Date()> clock_;
     std::unique_ptr<AppSettings> settings_;
     MeterModel meter_;
     LiveInput input_;
     QLabLink qlab_;
     ShowSessions sessions_;
+    AppUpdater updater_;
     CalibrationRun calibration_;
     DanteWatch dante_;
-    // The live input in every mode so far; the demo simulator and replay join here.
+    // Stands in for the live input in demo mode.
+    std::unique_ptr<DemoSimulator> simulator_;
     IntervalSource* source_;
 
     std::optional<QString> errorMessage_;

@@ -14,6 +14,7 @@
 #include "qlab/QLabSettings.h"
 #include "sessions/SessionSettings.h"
 #include "settings/SettingsStore.h"
+#include "updates/UpdateSettings.h"
 
 namespace ostrel {
 
@@ -25,6 +26,7 @@ class AppSettings : public QObject {
     Q_PROPERTY(ostrel::QLabSettings* qlab READ qlabGroup CONSTANT)
     Q_PROPERTY(ostrel::SessionSettings* sessions READ sessionsGroup CONSTANT)
     Q_PROPERTY(ostrel::DanteSettings* dante READ danteGroup CONSTANT)
+    Q_PROPERTY(ostrel::UpdateSettings* updates READ updatesGroup CONSTANT)
 
 public:
     // Reads every key once; writes nothing until a value is assigned.
@@ -38,6 +40,7 @@ public:
     QLabSettings& qlab() { return qlab_; }
     SessionSettings& sessions() { return sessions_; }
     DanteSettings& dante() { return dante_; }
+    UpdateSettings& updates() { return updates_; }
     SettingsStore& store() { return store_; }
 
 private:
@@ -47,6 +50,7 @@ private:
     QLabSettings* qlabGroup() { return &qlab_; }
     SessionSettings* sessionsGroup() { return &sessions_; }
     DanteSettings* danteGroup() { return &dante_; }
+    UpdateSettings* updatesGroup() { return &updates_; }
 
     // Declared first: the groups write into it, and it flushes last.
     SettingsStore store_;
@@ -56,6 +60,7 @@ private:
     QLabSettings qlab_;
     SessionSettings sessions_;
     DanteSettings dante_;
+    UpdateSettings updates_;
 };
 
 } // namespace ostrel

@@ -160,3 +160,13 @@ void ShowSessions::applyMeasurementSettings()
 }
 
 } // namespace ostrel
+
+namespace ostrel {
+
+void ShowSessions::recordDemoAudio(
+    std::span<const float> samples, double sampleRate, const MeasurementInterval& interval, Date at)
+{
+    if (recorder_) recorder_->append(samples, sampleRate, interval, at);
+}
+
+} // namespace ostrel

@@ -69,6 +69,9 @@ public:
     bool isRecording() const { return recorder_ != nullptr; }
     // The running show's recorder, or none.
     const std::shared_ptr<SessionRecorder>& recorder() const { return recorder_; }
+    // A demo session's synthetic sound, handed to the recorder as the pipeline hands real sound.
+    void recordDemoAudio(std::span<const float> samples, double sampleRate,
+        const MeasurementInterval& interval, Date at);
 
     SessionStore& store() { return store_; }
     const SessionStore& store() const { return store_; }

@@ -18,6 +18,8 @@ namespace {
 
 constexpr double rate = 48000.0;
 constexpr std::size_t centre = CorrectionFilter::tapCount / 2;
+// Signals here stay within about 1; float sums of a thousand taps, by either form, agree to this.
+constexpr float floatRounding = 1e-5f;
 
 double decibels(double amplitude)
 {
@@ -155,14 +157,72 @@ TEST(CorrectionFilter, ResponseBelowMinusTwentyDecibelsIsCorrectedByTwenty)
 
 TEST(CorrectionFilter, ImpulseResponseIsTheTaps)
 {
-    CorrectionFilter filter(tilted(), rate);
     std::vector<float> impulse(CorrectionFilter::tapCount + 10, 0.0f);
     impulse[0] = 1.0f;
-    const auto out = filteredWhole(filter, impulse);
-    for (std::size_t i = 0; i < filter.taps().size(); ++i)
-        EXPECT_EQ(out[i], filter.taps()[filter.taps().size() - 1 - i]) << i;
-    for (std::size_t i = filter.taps().size(); i < out.size(); ++i)
-        EXPECT_EQ(out[i], 0.0f);
+    CorrectionFilter direct(tilted(), rate);
+    const auto summed = direct.process(impulse, CorrectionFilter::Form::direct);
+    for (std::size_t i = 0; i < direct.taps().size(); ++i)
+        EXPECT_EQ(summed[i], direct.taps()[direct.taps().size() - 1 - i]) << i;
+    for (std::size_t i = direct.taps().size(); i < summed.size(); ++i)
+        EXPECT_EQ(summed[i], 0.0f);
+
+    CorrectionFilter fft(tilted(), rate);
+    const auto transformed = fft.process(impulse, CorrectionFilter::Form::overlapSave);
+    for (std::size_t i = 0; i < fft.taps().size(); ++i)
+        EXPECT_NEAR(transformed[i], fft.taps()[fft.taps().size() - 1 - i], floatRounding) << i;
+    for (std::size_t i = fft.taps().size(); i < transformed.size(); ++i)
+        EXPECT_NEAR(transformed[i], 0.0f, floatRounding);
+}
+
+TEST(CorrectionFilter, TheFftFormEqualsDirectConvolutionWithinFloatRounding)
+{
+    const auto input = noise(20000, 21);
+    CorrectionFilter reference(tilted(), rate);
+    const auto expected = reference.process(input, CorrectionFilter::Form::direct);
+    const std::vector<float> summed(expected.begin(), expected.end());
+    // Every transform size, and a block larger than the largest transform holds.
+    for (const std::size_t block : {1u, 64u, 480u, 1026u, 1027u, 3000u, 7170u, 7171u, 20000u}) {
+        CorrectionFilter fft(tilted(), rate);
+        std::vector<float> result;
+        for (std::size_t position = 0; position < input.size(); position += block) {
+            const std::size_t size = std::min(block, input.size() - position);
+            const auto out = fft.process(
+                std::span(input).subspan(position, size), CorrectionFilter::Form::overlapSave);
+            result.insert(result.end(), out.begin(), out.end());
+        }
+        ASSERT_EQ(result.size(), summed.size());
+        for (std::size_t i = 0; i < result.size(); ++i)
+            ASSERT_NEAR(result[i], summed[i], floatRounding)
+                << "sample " << i << ", block " << block;
+    }
+}
+
+TEST(CorrectionFilter, TheFftFormAllocatesNothingOnceMade)
+{
+    CorrectionFilter filter(tilted(), rate);
+    const auto large = noise(9000, 6);
+    filter.process(large, CorrectionFilter::Form::overlapSave);
+    const testsupport::AllocationCounter allocations;
+    for (const std::size_t size : {9000u, 480u, 1u, 4000u})
+        filter.process(std::span(large).first(size), CorrectionFilter::Form::overlapSave);
+    EXPECT_EQ(allocations.count(), 0u);
+}
+
+TEST(CorrectionFilter, BlocksFromTheMeasuredSizeOnGoThroughTheFftForm)
+{
+    const auto input = noise(CorrectionFilter::overlapSaveFromBlock, 23);
+    CorrectionFilter chosen(tilted(), rate);
+    CorrectionFilter fft(tilted(), rate);
+    const auto automatic = chosen.process(input);
+    const auto transformed = fft.process(input, CorrectionFilter::Form::overlapSave);
+    EXPECT_TRUE(std::equal(automatic.begin(), automatic.end(), transformed.begin()));
+
+    const auto shorter = std::span(input).first(CorrectionFilter::overlapSaveFromBlock - 1);
+    CorrectionFilter small(tilted(), rate);
+    CorrectionFilter direct(tilted(), rate);
+    const auto a = small.process(shorter);
+    const auto b = direct.process(shorter, CorrectionFilter::Form::direct);
+    EXPECT_TRUE(std::equal(a.begin(), a.end(), b.begin()));
 }
 
 TEST(CorrectionFilter, FlatFilterDelaysByTheCentreTap)
@@ -189,7 +249,7 @@ TEST(CorrectionFilter, OutputIsContinuousAcrossBlockBoundaries)
         const auto result = filteredInBlocks(split, input, sizes);
         ASSERT_EQ(result.size(), expected.size());
         for (std::size_t i = 0; i < result.size(); ++i)
-            ASSERT_NEAR(result[i], expected[i], 1e-6f)
+            ASSERT_NEAR(result[i], expected[i], floatRounding)
                 << "sample " << i << ", first block " << sizes.front();
     }
 }
@@ -207,7 +267,7 @@ TEST(CorrectionFilter, EmptyBlockChangesNothing)
     result.insert(result.end(), rest.begin(), rest.end());
     ASSERT_EQ(result.size(), expected.size());
     for (std::size_t i = 0; i < result.size(); ++i)
-        ASSERT_NEAR(result[i], expected[i], 1e-6f);
+        ASSERT_NEAR(result[i], expected[i], floatRounding);
 }
 
 TEST(CorrectionFilter, ResetForgetsEarlierSamples)

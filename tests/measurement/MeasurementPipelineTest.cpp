@@ -280,3 +280,22 @@ TEST(MeasurementPipeline, ProcessDoesNotAllocateWithoutARecorder)
     EXPECT_EQ(intervals, 20u);
     EXPECT_EQ(allocations, 0u);
 }
+
+TEST(MeasurementPipeline, ASetClockDatesTheNextBlocksAndNullGivesTheSystemClockBack)
+{
+    MeasurementPipeline pipeline;
+    pipeline.prepare(48000.0);
+    auto recorder = std::make_shared<FakeRecorder>();
+    pipeline.setRecorder(recorder);
+    const Date fixed = Date {} + std::chrono::seconds(1000);
+    pipeline.setClock([fixed] { return fixed; });
+    const auto samples = testsignals::noise(0.1, 1200);
+    feed(pipeline, samples, 1200);
+    ASSERT_EQ(recorder->calls.size(), 1u);
+    EXPECT_EQ(recorder->calls[0].at, fixed);
+    const Date before = std::chrono::system_clock::now();
+    pipeline.setClock(nullptr);
+    feed(pipeline, samples, 1200);
+    ASSERT_EQ(recorder->calls.size(), 2u);
+    EXPECT_GE(recorder->calls[1].at, before);
+}

@@ -312,3 +312,29 @@ TEST(MicrophoneCorrection, ALeadingByteOrderMarkDoesNotHideTheFirstRow)
     ASSERT_EQ(correction.points().size(), 3u);
     EXPECT_EQ(correction.points().front().frequency, 20.0);
 }
+
+TEST(MicrophoneCorrection, AWindowsFileWithAByteOrderMarkCrLfCommentsAndASensitivityLineReadsWhole)
+{
+    const auto correction = parsed("\xEF\xBB\xBF\"Sens Factor =-0.82dB, SERNO: 8012345\"\r\n"
+                                   "* Freq(Hz)\tdB\r\n"
+                                   "// measured 2026\r\n"
+                                   "20\t-1.50\r\n"
+                                   "1000\t0.00\r\n"
+                                   "20000\t2.25\r\n");
+    ASSERT_EQ(correction.points().size(), 3u);
+    // The mark doesn't cost the first point.
+    EXPECT_EQ(correction.points().front().frequency, 20.0);
+    EXPECT_EQ(correction.points().front().response, -1.5);
+    EXPECT_EQ(correction.points().back().response, 2.25);
+    ASSERT_TRUE(correction.sensitivityFactor().has_value());
+    EXPECT_EQ(*correction.sensitivityFactor(), -0.82);
+}
+
+TEST(MicrophoneCorrection, ACommaSeparatesFieldsAndIsNoDecimalMark)
+{
+    // "1000,5" is the frequency 1000 and the response 5, as in a comma-separated file.
+    const auto correction = parsed("100,1\n1000,5\n10000,2,90\n");
+    ASSERT_EQ(correction.points().size(), 3u);
+    EXPECT_EQ(correction.points()[1].frequency, 1000.0);
+    EXPECT_EQ(correction.points()[1].response, 5.0);
+}

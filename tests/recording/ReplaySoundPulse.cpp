@@ -4,13 +4,17 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <thread>
 #include <vector>
 
 #include "audio/AudioInput.h"
 #include "audio/FFmpegReplayAudio.h"
 #include "audio/QtAudioCaptureBackend.h"
 #include "measurement/SPLMath.h"
+#include "recording/MonitorCapture.h"
 #include "recording/RecordingSignals.h"
 #include "recording/SessionRecorder.h"
 #include "sessions/RecordingFormat.h"
@@ -32,6 +36,19 @@ private slots:
         feed(*recorder, sine(48000 * 4, 48000.0, 440.0, 0.3F), Feed {48000.0});
         recorder->finish();
         path_ = QDir(folder_.path()).filePath(RecordingFormat::audioFileName);
+
+        // Silence with a burst of tone starting on each whole second.
+        QVERIFY(burstsFolder_.isValid());
+        auto burstsCreated = SessionRecorder::create(burstsFolder_.path(), sessionStart(), true);
+        QVERIFY(std::holds_alternative<std::shared_ptr<SessionRecorder>>(burstsCreated));
+        auto bursts = std::get<std::shared_ptr<SessionRecorder>>(burstsCreated);
+        std::vector<float> signal = silence(48000 * 5);
+        const std::vector<float> tone = sine(48000 / 5, 48000.0, 1000.0, burstAmplitude);
+        for (int second = 1; second <= burstCount; ++second)
+            std::copy(tone.begin(), tone.end(), signal.begin() + second * 48000);
+        feed(*bursts, signal, Feed {48000.0});
+        bursts->finish();
+        burstsPath_ = QDir(burstsFolder_.path()).filePath(RecordingFormat::audioFileName);
     }
 
     void playsFromThePositionOnTheSinksClock()
@@ -85,6 +102,71 @@ private slots:
         }
     }
 
+    void theSoundIsHeardWhenTheClockThatPicksTheFramesSaysSo()
+    {
+        using Clock = std::chrono::steady_clock;
+        MonitorCapture capture("testsink.monitor", 48000);
+        const std::string problem = capture.start();
+        QVERIFY2(problem.empty(), problem.c_str());
+        QTRY_VERIFY_WITH_TIMEOUT(capture.settled(), 10000);
+
+        auto opened = FFmpegReplayAudio::open(burstsPath_);
+        QVERIFY(std::holds_alternative<std::unique_ptr<FFmpegReplayAudio>>(opened));
+        auto& sound = std::get<std::unique_ptr<FFmpegReplayAudio>>(opened);
+        QVERIFY(sound->play(0.5));
+        // Where the clock stood, and when: the frame shown at each moment is the clock's.
+        struct Reading {
+            Clock::time_point at;
+            double position;
+        };
+        std::vector<Reading> readings;
+        readings.reserve(8000);
+        QElapsedTimer wall;
+        wall.start();
+        while (wall.elapsed() < 4000) {
+            QCoreApplication::processEvents();
+            const auto now = Clock::now();
+            if (const auto position = sound->currentSeconds()) readings.push_back({now, *position});
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        sound->stop();
+        capture.stop();
+        QVERIFY(readings.size() > 1000);
+        // When the clock said `position`: the median over the readings around it.
+        const auto shownAt = [&](double position) {
+            std::vector<Clock::duration> times;
+            for (const Reading& reading : readings) {
+                if (std::fabs(reading.position - position) > 0.25) continue;
+                times.push_back(reading.at.time_since_epoch()
+                    + std::chrono::duration_cast<Clock::duration>(
+                        std::chrono::duration<double>(position - reading.position)));
+            }
+            const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+            std::nth_element(times.begin(), middle, times.end());
+            return Clock::time_point(*middle);
+        };
+
+        // Each burst's first loud sample, as the monitor heard it.
+        const std::vector<float>& heard = capture.samples();
+        std::size_t index = 0;
+        for (int second = 1; second <= burstCount; ++second) {
+            while (index < heard.size() && std::fabs(heard[index]) < burstAmplitude / 2.0F)
+                ++index;
+            QVERIFY2(
+                index < heard.size(), qPrintable(QStringLiteral("burst %1 not heard").arg(second)));
+            const auto heardAt = capture.capturedAt(static_cast<std::int64_t>(index));
+            const double early = std::chrono::duration<double, std::milli>(
+                shownAt(static_cast<double>(second)) - heardAt)
+                                     .count();
+            qInfo("burst at %d s: heard %.2f ms before its frames were shown", second, early);
+            QVERIFY2(std::fabs(early) < 5.0,
+                qPrintable(QStringLiteral("burst %1 heard %2 ms before its frames")
+                               .arg(second)
+                               .arg(early)));
+            index += 48000 / 2; // past this burst
+        }
+    }
+
     void volumeIsKeptAcrossStarts()
     {
         auto opened = FFmpegReplayAudio::open(path_);
@@ -106,8 +188,12 @@ private slots:
     }
 
 private:
+    static constexpr int burstCount = 3;
+    static constexpr float burstAmplitude = 0.3F;
     QTemporaryDir folder_;
     QString path_;
+    QTemporaryDir burstsFolder_;
+    QString burstsPath_;
 };
 
 OSTREL_PULSE_TEST_MAIN(ReplaySoundPulseTest)

@@ -74,6 +74,20 @@ private slots:
         QCOMPARE(model->audio().status(), AudioInput::Status::running);
     }
 
+    void onlyALiveStationOfABuildWithAFeedHasAnUpdater()
+    {
+        for (const auto mode : {AppModel::Mode::demo, AppModel::Mode::inert}) {
+            auto model = make(mode);
+            model->settings().updates().setChecksAutomatically(true);
+            QVERIFY(!model->updater().isAvailable());
+            QVERIFY(!model->updater().canCheckForUpdates());
+            QVERIFY(!model->updater().checksAutomatically());
+        }
+        // A build left at the placeholder feed has none even when live.
+        auto live = make(AppModel::Mode::live);
+        QCOMPARE(live->updater().isAvailable(), AppUpdater::feedIsConfigured());
+    }
+
     void inertModeRequestsNoAudioAndDoesNotStartByItself()
     {
         auto model = make(AppModel::Mode::inert);

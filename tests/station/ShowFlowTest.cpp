@@ -319,8 +319,11 @@ private slots:
 
     void aRecordingMovedToTheBinLeavesTheListAtOnce()
     {
-        // The bin of a scratch home, on the same disk as the recordings.
-        qputenv("XDG_DATA_HOME", folder->filePath("data").toUtf8());
+        // The bin of a scratch home, on the same disk as the recordings. The folder must be
+        // there: without it Qt makes the bin in the working directory.
+        const QString data = folder->filePath("data");
+        QVERIFY(QDir().mkpath(data));
+        qputenv("XDG_DATA_HOME", data.toUtf8());
         auto model = make(AppModel::Mode::live);
         model->startSession("Gone Soon");
         model->finishSession();
@@ -331,7 +334,12 @@ private slots:
         QCOMPARE(library.moveToTrash(recording), std::optional<QString>());
         QVERIFY(library.recordings().empty());
         QVERIFY(!QFileInfo::exists(recording.folder));
+        const QString binned = data + "/Trash/files/" + QFileInfo(recording.folder).fileName();
+        QVERIFY2(QFileInfo(binned + "/session.json").exists(), qPrintable(binned));
+        QVERIFY(QFileInfo::exists(
+            data + "/Trash/info/" + QFileInfo(recording.folder).fileName() + ".trashinfo"));
         QVERIFY(library.moveToTrash(recording).has_value()); // nothing left to move
+        qunsetenv("XDG_DATA_HOME");
     }
 
     void aStationKilledMidShowLeavesTheShowListedWithItsFrames()
@@ -360,6 +368,40 @@ private slots:
             qPrintable(QStringLiteral("%1 frames on disk, %2 made")
                            .arg(frames->count())
                            .arg(framesBeforeTheKill)));
+    }
+
+    void aDiskThatFillsUpDuringAShowEndsWithTheWarningAndKeepsCuesAndLevels()
+    {
+        // Ten seconds of sound are well past the limit; the frames and the session stay under it.
+        const qint64 limit = 80 * 1024;
+        QProcess station;
+        station.start(QStringLiteral(OSTREL_SHOW_WRITER),
+            {sessionsFolder(), folder->filePath("writer.ini"), QString::number(limit)});
+        QVERIFY(station.waitForStarted());
+        QVERIFY(station.waitForFinished(60000));
+        QCOMPARE(station.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(station.exitCode(), 0);
+        const QStringList said
+            = QString::fromUtf8(station.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+        QCOMPARE(said.value(0),
+            QString("warning=Part of the recording couldn't be saved. The disk may be full."));
+        // One level a second of the ten.
+        QVERIFY2(said.value(1).startsWith("cues=1 levels="), qPrintable(said.value(1)));
+        const auto levels = static_cast<std::size_t>(said.value(1).section('=', 2).toInt());
+        QVERIFY2(levels >= 9, qPrintable(said.value(1)));
+
+        const auto listed = RecordingLibrary::scan(sessionsFolder());
+        QCOMPARE(listed.size(), size_t(1));
+        const Recording& recording = listed.front();
+        QCOMPARE(recording.session.name, QString("Full Disk"));
+        QVERIFY(recording.session.end);
+        QCOMPARE(recording.session.cues.size(), size_t(1));
+        QCOMPARE(recording.session.cues.front().name, QString("Overture"));
+        QCOMPARE(recording.session.levels.size(), levels);
+        QVERIFY(QFileInfo(recording.folder + "/audio.aac").size() <= limit);
+        const auto frames = RecordingFile::open(recording.framesPath()).frames;
+        QVERIFY(frames);
+        QCOMPARE(frames->count(), 100);
     }
 
     void theLibraryListsAFinishedShowNewestFirst()

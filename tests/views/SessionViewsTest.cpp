@@ -55,22 +55,25 @@ struct RecordedStation {
         model->settings().display().setAppearance(appearance);
         // The calibration reaches the pipeline when the station starts.
         model->start();
-        model->startSession(QStringLiteral("Friday Night Performance"));
+        // Half a minute of show, dated as if it had taken half a minute.
+        const Date start = std::chrono::system_clock::now();
+        int b = 0;
+        const auto at = [&] { return addingSeconds(start, 0.02 * b); };
+        model->audio().pipeline()->setClock(at);
+        model->shows().startSession(QStringLiteral("Friday Night Performance"), start);
         std::vector<float> block(960);
-        for (int b = 0; b < 50 * 30; ++b) {
-            if (b == 50 * 4)
-                model->qlab().simulate(QLabClientState::connected, "Show", {cue("1", "Overture")});
-            if (b == 50 * 18)
-                model->qlab().simulate(QLabClientState::connected, "Show", {cue("2", "Storm")});
+        for (; b < 50 * 30; ++b) {
+            if (b == 50 * 4) model->shows().updateRunningCues({cue("1", "Overture")}, at());
+            if (b == 50 * 18) model->shows().updateRunningCues({cue("2", "Storm")}, at());
             // A tone that swells and falls, so the level graph has a shape.
             const double gain = 0.02 + 0.08 * (0.5 + 0.5 * std::sin(b / 80.0));
             for (int i = 0; i < 960; ++i)
                 block[i] = static_cast<float>(
                     gain * std::sin(2.0 * M_PI * 1000.0 * (b * 960 + i) / 48000.0));
             if (auto interval = model->audio().pipeline()->process(block))
-                model->ingest(*interval, std::chrono::system_clock::now());
+                model->ingest(*interval, at());
         }
-        model->finishSession();
+        model->shows().finishSession(at());
     }
 };
 

@@ -4,6 +4,7 @@
 
 #include "measurement/FrequencyWeighting.h"
 #include "measurement/TimeWeighting.h"
+#include "views/components/Unhinged.h"
 
 namespace ostrel {
 
@@ -47,11 +48,11 @@ QString MeterDescriptionModel::text(Status status, bool unhinged)
         return unhinged ? QStringLiteral("Clipping like a bastard")
                         : QStringLiteral("Input Overload");
     case Status::high:
-        return unhinged ? QStringLiteral("WHAT THE FUCK, TURN IT DOWN") : QStringLiteral("High");
+        return unhinged ? Unhinged::title(LevelRange::high) : QStringLiteral("High");
     case Status::elevated:
-        return unhinged ? QStringLiteral("Getting fucking loud") : QStringLiteral("Elevated");
+        return unhinged ? Unhinged::title(LevelRange::elevated) : QStringLiteral("Elevated");
     case Status::normal:
-        return unhinged ? QStringLiteral("Chill as fuck") : QStringLiteral("Normal");
+        return unhinged ? Unhinged::title(LevelRange::normal) : QStringLiteral("Normal");
     }
     return QString();
 }
