@@ -1,10 +1,13 @@
 #include "app/SampleContent.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 #include "measurement/MeasurementInterval.h"
 #include "measurement/SPLMath.h"
+#include "measurement/Spectrum.h"
+#include "measurement/SpectrumBand.h"
 
 namespace ostrel::SampleContent {
 
@@ -14,7 +17,32 @@ constexpr int intervalsPerSecond = 10;
 constexpr int seconds = 60;
 constexpr double sampleRate = 48000.0;
 
-MeasurementInterval interval(double level)
+// Speech around 250 Hz to 3 kHz falling off either side, with a music cue's low end and a
+// violin's line that moves with time; the fine bands ripple so the spectrogram has texture.
+Spectrum spectrum(double level, double t)
+{
+    Spectrum value;
+    const auto shape = [level, t](double frequency) {
+        const double octaves = std::log2(frequency / 700.0);
+        const double speech = level - 14.0 - 5.0 * octaves * octaves;
+        const double bass
+            = t > 36.0 ? level - 12.0 - 6.0 * std::abs(std::log2(frequency / 80.0)) : -200.0;
+        const double melody = 880.0 * std::pow(2.0, std::sin(t * 0.4) * 0.5);
+        const double line = level - 10.0 - 40.0 * std::abs(std::log2(frequency / melody));
+        return std::max({speech, bass, line, level - 75.0});
+    };
+    for (std::size_t band = 0; band < SpectrumBand::thirdOctaveCount; ++band)
+        value.bandLevels[band] = shape(SpectrumBand::thirdOctave()[band].center);
+    for (std::size_t band = 0; band < SpectrumBand::fineCount; ++band) {
+        const double ripple = 2.5 * std::sin(static_cast<double>(band) * 0.9 + t * 3.1);
+        // Fine bands share the power of a third-octave band eight ways.
+        value.fineBandLevels[band] = shape(SpectrumBand::fine()[band].center) - 9.0 + ripple;
+    }
+    value.dominantFrequency = 880.0 * std::pow(2.0, std::sin(t * 0.4) * 0.5);
+    return value;
+}
+
+MeasurementInterval interval(double level, double t)
 {
     MeasurementInterval value;
     value.sampleCount = static_cast<std::int64_t>(sampleRate) / intervalsPerSecond;
@@ -26,6 +54,7 @@ MeasurementInterval interval(double level)
     value.level = level;
     // A real signal, well above the silence threshold, whatever the calibration.
     value.rawEnergy = SPLMath::power(level - 120.0) * samples;
+    value.spectrum = spectrum(level, t);
     return value;
 }
 
@@ -61,7 +90,8 @@ void feed(AppModel& model, Date end)
     const Date start = addingSeconds(end, -static_cast<double>(seconds));
     for (int index = 0; index < count; ++index) {
         const Date at = addingSeconds(start, static_cast<double>(index + 1) / intervalsPerSecond);
-        model.ingest(interval(levelAt(index, count)), at);
+        model.ingest(
+            interval(levelAt(index, count), static_cast<double>(index) / intervalsPerSecond), at);
     }
     for (const CueRecord& cue : cues(end))
         model.meter().addMarker(cue.markerLabel(), cue.start);

@@ -23,9 +23,12 @@
 Q_IMPORT_QML_PLUGIN(Ostrel_ComponentsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_LevelPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_QLabPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_SpectrumPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_CalibrationPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_SessionsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_RecordingsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_DantePlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_HelpPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
 
 using namespace ostrel;

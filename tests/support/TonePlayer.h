@@ -12,13 +12,16 @@ namespace ostrel::testsupport {
 class TonePlayer {
 public:
     // Empty on success, else what went wrong.
-    QString start(const QString& toneTool, double amplitude, int seconds)
+    // `waver` drops the level by that many dB every other half second.
+    QString start(const QString& toneTool, double amplitude, int seconds, double waver = 0.0)
     {
+        stop();
         const QString tone = folder_.filePath("tone.wav");
         QProcess generator;
         generator.start(toneTool,
             {"--frequency", "1000", "--amplitude", QString::number(amplitude), "--seconds",
-                QString::number(seconds), "--rate", "48000", "--output", tone});
+                QString::number(seconds), "--rate", "48000", "--waver", QString::number(waver),
+                "--output", tone});
         if (!generator.waitForFinished(20000) || generator.exitCode() != 0)
             return "ostrel-tone failed: " + QString::fromUtf8(generator.readAllStandardError());
         player_.start("paplay", {"--latency-msec=1000", "--device=testsink", tone});
@@ -26,11 +29,14 @@ public:
         return {};
     }
 
-    ~TonePlayer()
+    void stop()
     {
+        if (player_.state() == QProcess::NotRunning) return;
         player_.kill();
         player_.waitForFinished(5000);
     }
+
+    ~TonePlayer() { stop(); }
 
 private:
     QTemporaryDir folder_;

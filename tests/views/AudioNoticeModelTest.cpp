@@ -62,9 +62,13 @@ TEST_F(AudioNoticeModelTest, AMachineWithoutInputsSaysSoWithoutADeadChooseInputB
     EXPECT_TRUE(notice.hasNotice());
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(notice.message(), "Your selected audio input isn't available.");
-    // No window chooses an input yet, so the notice shows no button that would lead nowhere.
+    // The link opens the input picker.
     EXPECT_EQ(notice.actionTitle(), "Choose Input");
-    EXPECT_FALSE(notice.showsAction());
+    EXPECT_TRUE(notice.showsAction());
+    EXPECT_TRUE(notice.actionIsLink());
+    QSignalSpy picker(&notice, &AudioNoticeModel::inputPickerRequested);
+    notice.perform();
+    EXPECT_EQ(picker.count(), 1);
 }
 
 TEST_F(AudioNoticeModelTest, ADemoStationWithAFailedInputShowsNothing)

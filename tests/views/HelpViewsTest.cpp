@@ -14,7 +14,6 @@
 #include "views/help/HelpSections.h"
 
 #include "StationQmlModules.h"
-Q_IMPORT_QML_PLUGIN(Ostrel_HelpPlugin)
 
 using namespace ostrel;
 

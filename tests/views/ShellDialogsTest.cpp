@@ -18,7 +18,6 @@
 #include "views/components/Theme.h"
 
 #include "StationQmlModules.h"
-Q_IMPORT_QML_PLUGIN(Ostrel_HelpPlugin)
 
 using namespace ostrel;
 

@@ -17,9 +17,10 @@ int usage(const char* message)
     if (message) std::fprintf(stderr, "ostrel-tone: %s\n", message);
     std::fprintf(message ? stderr : stdout,
         "usage: ostrel-tone [--frequency HZ] [--amplitude A] [--seconds S] "
-        "[--rate HZ] [--output FILE]\n"
+        "[--rate HZ] [--waver DB] [--output FILE]\n"
         "Writes a mono 32-bit float WAV sine (default 1000 Hz, amplitude 0.1, 5 s, "
-        "48000 Hz) to FILE or standard output.\n");
+        "48000 Hz) to FILE or standard output. --waver drops the level by DB every other "
+        "half second, as an unsteady calibrator would.\n");
     return message ? 2 : 0;
 }
 
@@ -46,7 +47,7 @@ bool parseNumber(const char* text, double& value)
 
 int main(int argc, char** argv)
 {
-    double frequency = 1000.0, amplitude = 0.1, seconds = 5.0, rate = 48000.0;
+    double frequency = 1000.0, amplitude = 0.1, seconds = 5.0, rate = 48000.0, waver = 0.0;
     std::string output = "-";
     for (int i = 1; i < argc; ++i) {
         const std::string option = argv[i];
@@ -68,10 +69,12 @@ int main(int argc, char** argv)
             seconds = number;
         else if (option == "--rate")
             rate = number;
+        else if (option == "--waver")
+            waver = number;
         else
             return usage(("unknown option " + option).c_str());
     }
-    if (rate < 1000.0 || rate > 768000.0 || seconds < 0.0 || seconds > 36000.0)
+    if (rate < 1000.0 || rate > 768000.0 || seconds < 0.0 || seconds > 36000.0 || waver < 0.0)
         return usage("rate or length out of range");
 
     const auto frames = static_cast<std::uint32_t>(std::llround(seconds * rate));
@@ -102,8 +105,9 @@ int main(int argc, char** argv)
         const std::uint32_t count = std::min<std::uint32_t>(4800, frames - start);
         for (std::uint32_t i = 0; i < count; ++i) {
             const double t = static_cast<double>(start + i) / rate;
-            block[i]
-                = static_cast<float>(amplitude * std::sin(2.0 * std::numbers::pi * frequency * t));
+            const bool lowered = std::fmod(t, 1.0) >= 0.5;
+            const double gain = lowered ? amplitude * std::pow(10.0, -waver / 20.0) : amplitude;
+            block[i] = static_cast<float>(gain * std::sin(2.0 * std::numbers::pi * frequency * t));
         }
         // WAV is little-endian, as is every machine this builds for.
         if (std::fwrite(block.data(), sizeof(float), count, file) != count) {

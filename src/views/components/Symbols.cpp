@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 20> entries {{
+constexpr std::array<Symbols::Entry, 28> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
@@ -24,6 +24,14 @@ constexpr std::array<Symbols::Entry, 20> entries {{
     {"speaker.fill", "volume_up", "\u266B"},
     {"sidebar.right", "view_sidebar", "\u2759"},
     {"waveform", "graphic_eq", "\u223F"},
+    {"chart.bar.fill", "bar_chart", "\u2581"},
+    {"waveform.path.ecg", "show_chart", "\u223F"},
+    {"square.grid.3x3.fill", "grid_on", "\u25A6"},
+    {"mic", "mic", "\u25CF"},
+    {"tuningfork", "tune", "\u2442"},
+    {"speaker.wave.2", "volume_up", "\u266B"},
+    {"checkmark.circle", "check_circle", "\u2713"},
+    {"exclamationmark.triangle", "warning", "!"},
     {"checkmark.circle.fill", "check_circle", "\u2713"},
     {"network", "device_hub", ""},
     {"network.slash", "portable_wifi_off", ""},

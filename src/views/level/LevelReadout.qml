@@ -14,6 +14,9 @@ Item {
     property real numberSize: 132
     readonly property LevelReadoutModel readout: readoutModel
 
+    // "Uncalibrated" was clicked.
+    signal calibrationRequested()
+
     implicitWidth: column.implicitWidth + 2 * readoutModel.padding
     implicitHeight: column.implicitHeight + 2 * readoutModel.padding
 
@@ -52,6 +55,7 @@ Item {
             measurement: root.measurement
             display: root.display
             size: readoutModel.descriptionSize
+            onCalibrationRequested: root.calibrationRequested()
         }
     }
 }

@@ -13,6 +13,9 @@ Row {
     property real size: 22
     readonly property MeterDescriptionModel description: descriptionModel
 
+    // "Uncalibrated" was clicked.
+    signal calibrationRequested()
+
     spacing: descriptionModel.spacing
 
     MeterDescriptionModel {
@@ -21,6 +24,7 @@ Row {
         measurement: root.measurement
         display: root.display
         size: root.size
+        onSettingsRequested: root.calibrationRequested()
     }
 
     Text {

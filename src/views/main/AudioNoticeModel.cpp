@@ -70,10 +70,8 @@ bool AudioNoticeModel::showsAction() const
     switch (notice_->action) {
     case Action::openSoundSettings:
         return soundSettingsCommand(find_).has_value();
-    case Action::chooseInput:
-        // Until a window lets the operator choose an input, a button would lead nowhere.
-        return false;
     case Action::none:
+    case Action::chooseInput:
     case Action::retry:
         break;
     }
@@ -89,6 +87,7 @@ void AudioNoticeModel::perform()
         if (const auto command = soundSettingsCommand(find_)) launch_(*command);
         return;
     case Action::chooseInput:
+        emit inputPickerRequested();
         return;
     case Action::retry:
         if (input_ && mode_ == AppModel::Mode::live) input_->restart();

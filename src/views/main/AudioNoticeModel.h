@@ -80,6 +80,8 @@ signals:
     void modeChanged();
     void inputChanged();
     void noticeChanged();
+    // "Choose Input" was pressed: the window shows the input picker.
+    void inputPickerRequested();
 
 protected:
     void attach() override;

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Ostrel.Calibration
 import Ostrel.Components
 import Ostrel.Main
 import Ostrel.Sessions
@@ -48,6 +49,8 @@ Item {
         objectName: "monitorView"
         anchors.fill: parent
         appModel: root.appModel
+        onCalibrationRequested: calibrationAssistant.present()
+        onInputPickerRequested: inputPicker.open()
         onDanteDevicesRequested: root.danteDevicesRequested()
     }
 
@@ -88,6 +91,14 @@ Item {
 
     ErrorAlert {
         content: contentModel
+    }
+    CalibrationAssistant {
+        id: calibrationAssistant
+        appModel: root.appModel
+    }
+    InputPickerSheet {
+        id: inputPicker
+        appModel: root.appModel
     }
 
     Shortcut {

@@ -5,6 +5,7 @@ import Ostrel.Level
 import Ostrel.Main
 import Ostrel.QLab
 import Ostrel.Dante
+import Ostrel.Spectrum
 
 // The readings, laid out in one column that grows with the space it gets. Places of views that
 // join later (current cue, side column, mic alerts, feedback, spectrum, Dante corner) stay empty.
@@ -15,6 +16,9 @@ Item {
     readonly property MonitorLayout layout: layoutModel
     readonly property SideColumnModel sideColumn: sideModel
     signal danteDevicesRequested
+
+    signal calibrationRequested()
+    signal inputPickerRequested()
 
     MonitorLayout {
         id: layoutModel
@@ -58,9 +62,24 @@ Item {
                     fontSize: layoutModel.captionSize
                     tracking: layoutModel.captionTracking
                 }
-                Item {
-                    objectName: "currentCuePlace"
+                CurrentCueView {
+                    objectName: "currentCue"
                     Layout.fillWidth: true
+                    qlab: root.appModel.qlab
+                }
+            }
+            TimecodeReadout {
+                objectName: "timecodeReadout"
+                Layout.alignment: Qt.AlignTop
+                visible: opacity > 0
+                opacity: isShown ? 1 : 0
+                qlab: root.appModel.qlab
+                settings: root.appModel.settings.qlab
+                scale: layoutModel.scale
+                maximumWidth: (root.width - 2 * layoutModel.sidePadding
+                               - layoutModel.topRowSpacing) * 0.6
+                Behavior on opacity {
+                    NumberAnimation { duration: 800; easing.type: Easing.InOutQuad }
                 }
             }
             DanteWidget {
@@ -103,6 +122,7 @@ Item {
             Layout.fillWidth: true
             input: root.appModel.input
             mode: root.appModel.mode
+            onInputPickerRequested: root.inputPickerRequested()
         }
         ColumnLayout {
             objectName: "readoutColumn"
@@ -117,10 +137,14 @@ Item {
                 measurement: root.appModel.settings.measurement
                 display: root.appModel.settings.display
                 numberSize: layoutModel.readoutSize
+                onCalibrationRequested: root.calibrationRequested()
             }
-            Item {
-                objectName: "feedbackWarningPlace"
-                Layout.fillWidth: true
+            FeedbackWarningView {
+                objectName: "feedbackWarning"
+                Layout.alignment: Qt.AlignHCenter
+                meter: root.appModel.meter
+                display: root.appModel.settings.display
+                scale: layoutModel.scale
             }
             Text {
                 Layout.alignment: Qt.AlignHCenter
@@ -166,15 +190,36 @@ Item {
                 Layout.preferredWidth: layoutModel.graphRowHeight
                 spacing: layoutModel.graphColumnSpacing
 
-                Caption {
-                    text: monitor.spectrumCaption
-                    fontSize: layoutModel.smallCaptionSize
-                    tracking: layoutModel.captionTracking
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: layoutModel.graphColumnSpacing
+
+                    Caption {
+                        Layout.alignment: Qt.AlignBaseline
+                        text: monitor.spectrumCaption
+                        fontSize: layoutModel.smallCaptionSize
+                        tracking: layoutModel.captionTracking
+                    }
+                    SpectrumOptionsMenu {
+                        objectName: "spectrumOptionsMenu"
+                        Layout.alignment: Qt.AlignVCenter
+                        displaySettings: root.appModel.settings.display
+                        size: layoutModel.spectrumMenuSize
+                    }
+                    Item { Layout.fillWidth: true }
+                    DominantFrequencyLabel {
+                        objectName: "dominantFrequencyLabel"
+                        Layout.alignment: Qt.AlignBaseline
+                        meter: root.appModel.meter
+                        size: layoutModel.dominantFrequencySize
+                    }
                 }
-                Item {
-                    objectName: "spectrumPlace"
+                SpectrumView {
+                    objectName: "spectrumView"
                     Layout.fillWidth: true
                     Layout.fillHeight: true
+                    meter: root.appModel.meter
+                    display: root.appModel.settings.display
                 }
             }
         }

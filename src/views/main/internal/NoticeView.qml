@@ -12,6 +12,8 @@ ColumnLayout {
     required property int mode
     readonly property AudioNoticeModel notice: noticeModel
 
+    signal inputPickerRequested()
+
     visible: noticeModel.hasNotice
     spacing: 14
     Layout.topMargin: 24
@@ -21,6 +23,7 @@ ColumnLayout {
         id: noticeModel
         input: root.input
         mode: root.mode
+        onInputPickerRequested: root.inputPickerRequested()
     }
 
     SymbolIcon {
