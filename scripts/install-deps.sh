@@ -17,6 +17,7 @@ packages=(
   xvfb
   pulseaudio pulseaudio-utils libpulse-dev
   libfftw3-dev
+  libavahi-client-dev avahi-daemon avahi-utils dbus-daemon python3-dbus
   libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-liblo

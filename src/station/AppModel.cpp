@@ -48,6 +48,7 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
       // An inert station keeps no receivers of its own.
       mics_(settings_->mics(), mode == Mode::inert ? nullptr : &settings_->store(), micTimings,
           [this] { return clock_(); }),
+      dante_(settings_->dante()),
       source_(&input_)
 {
     if (mode_ == Mode::demo) {
@@ -106,6 +107,8 @@ void AppModel::wire()
         &qlab_.client(), &QLabClient::runningCuesChanged, this, &AppModel::currentCueLabelChanged);
     connect(&settings_->mics(), &MicMonitoringSettings::monitoringEnabledChanged, this,
         &AppModel::showsMicAlertsChanged);
+    connect(&settings_->dante(), &DanteSettings::monitoringEnabledChanged, this,
+        &AppModel::showsDanteChanged);
 }
 
 void AppModel::start()
@@ -126,11 +129,18 @@ void AppModel::start()
         mics_.monitor().simulate({MicIssue {QStringLiteral("demo#3"), QStringLiteral("SCROOGE"),
                                      MicIssueKind::dropout, clock_()}},
             std::nullopt);
+        dante_.monitor().simulate(DanteWatch::sampleRoster(true, clock_()));
     }
     if (mode_ != Mode::live) return;
     source_->start();
     qlab_.start();
     mics_.start();
+    dante_.start();
+}
+
+bool AppModel::showsDante() const
+{
+    return settings_->dante().monitoringEnabled();
 }
 
 void AppModel::ingest(const MeasurementInterval& interval, Date at)

@@ -19,6 +19,7 @@
 #include "station/AppSettings.h"
 #include "station/AppUpdater.h"
 #include "station/CalibrationRun.h"
+#include "station/DanteWatch.h"
 #include "station/DemoSimulator.h"
 #include "station/LiveInput.h"
 #include "station/QLabLink.h"
@@ -46,6 +47,8 @@ class AppModel : public QObject {
     Q_PROPERTY(QString currentCueLabel READ currentCueLabelText NOTIFY currentCueLabelChanged)
     Q_PROPERTY(ostrel::MicMonitor* mics READ micsObject CONSTANT)
     Q_PROPERTY(bool showsMicAlerts READ showsMicAlerts NOTIFY showsMicAlertsChanged)
+    Q_PROPERTY(ostrel::DanteMonitor* dante READ danteObject CONSTANT)
+    Q_PROPERTY(bool showsDante READ showsDante NOTIFY showsDanteChanged)
 
 public:
     enum class Mode { live, demo, inert };
@@ -89,6 +92,10 @@ public:
     // Whether the main screen shows the mic alert list.
     bool showsMicAlerts() const { return settings_->mics().monitoringEnabled(); }
     CalibrationRun& calibration() { return calibration_; }
+    DanteWatch& danteWatch() { return dante_; }
+    DanteMonitor& dante() { return dante_.monitor(); }
+    // The Dante panels are on: the station watches for Dante devices.
+    bool showsDante() const;
     bool hasStarted() const { return hasStarted_; }
 
     // Idempotent: the first call sets everything going.
@@ -143,6 +150,7 @@ signals:
     void sessionChanged();
     void currentCueLabelChanged();
     void showsMicAlertsChanged();
+    void showsDanteChanged();
 
 private:
     AppSettings* settingsObject() { return settings_.get(); }
@@ -153,6 +161,7 @@ private:
     AppUpdater* updaterObject() { return &updater_; }
     SessionStore* sessionsObject() { return &sessions_.store(); }
     MicMonitor* micsObject() { return &mics_.monitor(); }
+    DanteMonitor* danteObject() { return &dante_.monitor(); }
 
     QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
     void wire();
@@ -170,6 +179,7 @@ private:
     AppUpdater updater_;
     CalibrationRun calibration_;
     RadioMics mics_;
+    DanteWatch dante_;
     // Stands in for the live input in demo mode.
     std::unique_ptr<DemoSimulator> simulator_;
     IntervalSource* source_;

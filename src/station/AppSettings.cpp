@@ -10,6 +10,7 @@ AppSettings::AppSettings(QSettings& settings, std::chrono::milliseconds syncDela
       display_(store_),
       qlab_(store_),
       sessions_(store_),
+      dante_(store_),
       updates_(store_),
       mics_(store_)
 {

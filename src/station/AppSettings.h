@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QSettings>
 
+#include "dante/DanteSettings.h"
 #include "measurement/InputSettings.h"
 #include "measurement/MeasurementSettings.h"
 #include "mics/MicMonitoringSettings.h"
@@ -25,6 +26,7 @@ class AppSettings : public QObject {
     Q_PROPERTY(ostrel::DisplaySettings* display READ displayGroup CONSTANT)
     Q_PROPERTY(ostrel::QLabSettings* qlab READ qlabGroup CONSTANT)
     Q_PROPERTY(ostrel::SessionSettings* sessions READ sessionsGroup CONSTANT)
+    Q_PROPERTY(ostrel::DanteSettings* dante READ danteGroup CONSTANT)
     Q_PROPERTY(ostrel::UpdateSettings* updates READ updatesGroup CONSTANT)
     Q_PROPERTY(ostrel::MicMonitoringSettings* mics READ micsGroup CONSTANT)
 
@@ -39,6 +41,7 @@ public:
     DisplaySettings& display() { return display_; }
     QLabSettings& qlab() { return qlab_; }
     SessionSettings& sessions() { return sessions_; }
+    DanteSettings& dante() { return dante_; }
     UpdateSettings& updates() { return updates_; }
     MicMonitoringSettings& mics() { return mics_; }
     SettingsStore& store() { return store_; }
@@ -49,6 +52,7 @@ private:
     DisplaySettings* displayGroup() { return &display_; }
     QLabSettings* qlabGroup() { return &qlab_; }
     SessionSettings* sessionsGroup() { return &sessions_; }
+    DanteSettings* danteGroup() { return &dante_; }
     UpdateSettings* updatesGroup() { return &updates_; }
     MicMonitoringSettings* micsGroup() { return &mics_; }
 
@@ -59,6 +63,7 @@ private:
     DisplaySettings display_;
     QLabSettings qlab_;
     SessionSettings sessions_;
+    DanteSettings dante_;
     UpdateSettings updates_;
     MicMonitoringSettings mics_;
 };

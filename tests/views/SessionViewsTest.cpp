@@ -21,51 +21,13 @@
 #include "views/components/Theme.h"
 #include "views/recordings/ReplayModel.h"
 
+#include "ScreenshotStation.h"
 #include "StationQmlModules.h"
 
 using namespace ostrel;
+using namespace ostrel::testsupport;
 
 namespace {
-
-struct Station {
-    QTemporaryDir folder;
-    std::unique_ptr<QSettings> store;
-    std::unique_ptr<AppModel> model;
-    QQmlApplicationEngine engine;
-    QQuickWindow* window = nullptr;
-
-    explicit Station(AppearanceMode appearance)
-    {
-        store = std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat);
-        model = std::make_unique<AppModel>(AppModel::Mode::inert,
-            std::make_unique<AppSettings>(*store), std::make_unique<SilentCaptureBackend>());
-        model->settings().display().setAppearance(appearance);
-        model->start();
-        engine.addImportPath(QStringLiteral("qrc:/"));
-        engine.setInitialProperties(
-            {{QStringLiteral("appModel"), QVariant::fromValue(model.get())}});
-        engine.load(QUrl(QStringLiteral("qrc:/Ostrel/Main/ContentView.qml")));
-        if (!engine.rootObjects().isEmpty())
-            window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
-    }
-
-    QObject* find(const char* name) const
-    {
-        return window ? window->findChild<QObject*>(QLatin1String(name)) : nullptr;
-    }
-
-    QImage render(QSize size)
-    {
-        window->resize(size);
-        window->show();
-        if (!QTest::qWaitForWindowExposed(window)) return {};
-        QSignalSpy frames(window, &QQuickWindow::frameSwapped);
-        window->requestUpdate();
-        frames.wait(2000);
-        QTest::qWait(300); // the dialogs' enter transitions
-        return window->grabWindow();
-    }
-};
 
 QLabCue cue(const QString& number, const QString& name)
 {
@@ -75,23 +37,6 @@ QLabCue cue(const QString& number, const QString& name)
     result.name = name;
     result.type = QStringLiteral("Audio");
     return result;
-}
-
-void save(const QImage& image, const QString& name)
-{
-    QDir().mkpath(QStringLiteral(OSTREL_SCREENSHOT_DIR));
-    image.save(QStringLiteral(OSTREL_SCREENSHOT_DIR "/") + name);
-}
-
-// Pixels of `area` that differ clearly from its centre's colour: drawn text and lines.
-int drawnPixels(const QImage& image, QRect area)
-{
-    const QColor ground = image.pixelColor(area.center());
-    int count = 0;
-    for (int y = area.top(); y <= area.bottom(); ++y)
-        for (int x = area.left(); x <= area.right(); ++x)
-            if (std::abs(image.pixelColor(x, y).lightness() - ground.lightness()) > 80) ++count;
-    return count;
 }
 
 // Every item under `root` (itself included) by its object name, as drawn: delegates of a
@@ -123,15 +68,6 @@ QColor dominantBright(const QImage& image, QRect area)
             most = count;
         }
     return QColor(best);
-}
-
-// An item's place in the window; a dialog's is that of its content.
-QRect sceneRect(QObject* object)
-{
-    auto* item = qobject_cast<QQuickItem*>(object);
-    if (!item && object) item = object->property("contentItem").value<QQuickItem*>();
-    if (!item) return {};
-    return item->mapRectToScene(QRectF(0, 0, item->width(), item->height())).toAlignedRect();
 }
 
 } // namespace

@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 28> entries {{
+constexpr std::array<Symbols::Entry, 32> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
@@ -36,6 +36,10 @@ constexpr std::array<Symbols::Entry, 28> entries {{
     {"speaker.wave.2", "volume_up", "\u266B"},
     {"checkmark.circle", "check_circle", "\u2713"},
     {"exclamationmark.triangle", "warning", "!"},
+    {"checkmark.circle.fill", "check_circle", "\u2713"},
+    {"network", "device_hub", ""},
+    {"network.slash", "portable_wifi_off", ""},
+    {"minus.circle", "remove_circle_outline", "\u2212"},
 }};
 
 bool fontInstalled = false;

@@ -7,6 +7,7 @@ import Ostrel.Sessions
 import Ostrel.Recordings
 import Ostrel.Mics
 import Ostrel.Help
+import Ostrel.Dante
 
 // The station's main window. The shell shows it, maximised unless the model is inert.
 ApplicationWindow {
@@ -41,6 +42,7 @@ ApplicationWindow {
         }
         onRecordingsRequested: window.showRecordings()
         onSettingsRequested: window.showSettings()
+        onDanteDevicesRequested: window.showDanteDevices()
         onHelpRequested: {
             helpWindow.show()
             helpWindow.raise()
@@ -56,6 +58,11 @@ ApplicationWindow {
     function showRecordings() {
         recordingsWindow.show()
         recordingsWindow.raise()
+    }
+
+    function showDanteDevices() {
+        danteDevicesWindow.show()
+        danteDevicesWindow.raise()
     }
 
     function exportSession(levels, fromSummary) {
@@ -79,6 +86,7 @@ ApplicationWindow {
         objectName: "mainScreen"
         anchors.fill: parent
         appModel: window.appModel
+        onDanteDevicesRequested: window.showDanteDevices()
     }
 
     NewSessionSheet {
@@ -124,5 +132,11 @@ ApplicationWindow {
     }
     UpdateDialog {
         updater: window.appModel.updater
+    }
+    DanteDevicesWindow {
+        id: danteDevicesWindow
+        objectName: "danteDevicesWindow"
+        dante: window.appModel.dante
+        settings: window.appModel.settings.dante
     }
 }

@@ -4,6 +4,7 @@ import Ostrel.Calibration
 import Ostrel.Components
 import Ostrel.Main
 import Ostrel.Sessions
+import Ostrel.Dante
 
 // Everything inside the main window: the monitor, the dimming over it, the toolbar over both, the
 // alert and the keyboard commands.
@@ -13,6 +14,7 @@ Item {
     required property AppModel appModel
     readonly property ContentModel content: contentModel
     readonly property BrightnessOverlay brightness: brightnessModel
+    signal danteDevicesRequested
 
     palette.window: Theme.background
     palette.windowText: Theme.primary
@@ -49,6 +51,14 @@ Item {
         appModel: root.appModel
         onCalibrationRequested: calibrationAssistant.present()
         onInputPickerRequested: inputPicker.open()
+        onDanteDevicesRequested: root.danteDevicesRequested()
+    }
+
+    DropoutFlashOverlay {
+        objectName: "dropoutFlash"
+        anchors.fill: parent
+        dante: root.appModel.dante
+        settings: root.appModel.settings.dante
     }
 
     // Dims what is read, not the control that brightens it: in a dark room at the lowest setting

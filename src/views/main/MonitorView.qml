@@ -5,6 +5,7 @@ import Ostrel.Level
 import Ostrel.Main
 import Ostrel.Mics
 import Ostrel.QLab
+import Ostrel.Dante
 import Ostrel.Spectrum
 
 // The readings, laid out in one column that grows with the space it gets. Places of views that
@@ -14,6 +15,8 @@ Item {
 
     required property AppModel appModel
     readonly property MonitorLayout layout: layoutModel
+    readonly property SideColumnModel sideColumn: sideModel
+    signal danteDevicesRequested
 
     signal calibrationRequested()
     signal inputPickerRequested()
@@ -22,6 +25,12 @@ Item {
         id: layoutModel
         width: root.width
         height: root.height
+    }
+    SideColumnModel {
+        id: sideModel
+        qlab: root.appModel.qlab
+        dante: root.appModel.dante
+        showsDante: root.appModel.showsDante
     }
     MonitorModel {
         id: monitor
@@ -73,6 +82,32 @@ Item {
                 Behavior on opacity {
                     NumberAnimation { duration: 800; easing.type: Easing.InOutQuad }
                 }
+            }
+            DanteWidget {
+                id: danteWidget
+                objectName: "danteWidget"
+                Layout.alignment: Qt.AlignTop
+                dante: root.appModel.dante
+                scale: layoutModel.scale
+                // Fades and slides in from the trailing edge.
+                visible: opacity > 0
+                opacity: sideModel.showsDanteWidget ? 1 : 0
+                transform: Translate {
+                    x: sideModel.showsDanteWidget ? 0 : danteWidget.width / 2
+                    Behavior on x {
+                        NumberAnimation {
+                            duration: 800
+                            easing.type: Easing.InOutQuad
+                        }
+                    }
+                }
+                Behavior on opacity {
+                    NumberAnimation {
+                        duration: 800
+                        easing.type: Easing.InOutQuad
+                    }
+                }
+                onDevicesRequested: root.danteDevicesRequested()
             }
         }
         Item {
@@ -210,6 +245,17 @@ Item {
 
     // The width the top right corner's status takes from the right edge, for what stands beside it.
     readonly property real trailingCornerWidth: width - qlabStatus.x
+
+    DanteStatusView {
+        objectName: "danteStatus"
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.topMargin: layoutModel.cornerTopPadding
+        anchors.leftMargin: layoutModel.cornerSidePadding
+        dante: root.appModel.dante
+        showsDante: root.appModel.showsDante
+        isVisible: sideModel.showsDanteStatus
+    }
 
     QLabStatusView {
         id: qlabStatus

@@ -14,6 +14,7 @@ MenuBar {
     signal cueHistoryRequested
     signal recordingsRequested
     signal settingsRequested
+    signal danteDevicesRequested
     signal helpRequested
     signal aboutRequested
 
@@ -84,6 +85,10 @@ MenuBar {
             text: "Recordings"
             shortcut: root.sessions.recordingsWindowShortcut
             onTriggered: root.recordingsRequested()
+        }
+        Action {
+            text: "Dante Devices"
+            onTriggered: root.danteDevicesRequested()
         }
     }
     Menu {
