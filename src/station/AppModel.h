@@ -46,6 +46,7 @@ class AppModel : public QObject {
     Q_PROPERTY(QString currentCueLabel READ currentCueLabelText NOTIFY currentCueLabelChanged)
     Q_PROPERTY(ostrel::MicMonitor* mics READ micsObject CONSTANT)
     Q_PROPERTY(bool showsMicAlerts READ showsMicAlerts NOTIFY showsMicAlertsChanged)
+    Q_PROPERTY(QString sessionsFolder READ sessionsFolder CONSTANT)
 
 public:
     enum class Mode { live, demo, inert };
@@ -83,6 +84,7 @@ public:
     void setClock(std::function<Date()> clock);
     Date currentDate() const { return clock_(); }
     ShowSessions& shows() { return sessions_; }
+    const QString& sessionsFolder() const { return sessions_.sessionsFolder(); }
     SessionStore& sessions() { return sessions_.store(); }
     RadioMics& radioMics() { return mics_; }
     MicMonitor& mics() { return mics_.monitor(); }

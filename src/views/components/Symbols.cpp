@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 28> entries {{
+constexpr std::array<Symbols::Entry, 32> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
@@ -36,6 +36,10 @@ constexpr std::array<Symbols::Entry, 28> entries {{
     {"speaker.wave.2", "volume_up", "\u266B"},
     {"checkmark.circle", "check_circle", "\u2713"},
     {"exclamationmark.triangle", "warning", "!"},
+    {"gauge.with.dots.needle.50percent", "speed", "\u25D4"},
+    {"play.rectangle", "slideshow", "\u25B7"},
+    {"display", "desktop_windows", "\u25AD"},
+    {"tray.full", "inbox", "\u25A4"},
 }};
 
 bool fontInstalled = false;
