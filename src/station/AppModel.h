@@ -49,6 +49,7 @@ class AppModel : public QObject {
     Q_PROPERTY(bool showsMicAlerts READ showsMicAlerts NOTIFY showsMicAlertsChanged)
     Q_PROPERTY(ostrel::DanteMonitor* dante READ danteObject CONSTANT)
     Q_PROPERTY(bool showsDante READ showsDante NOTIFY showsDanteChanged)
+    Q_PROPERTY(QString sessionsFolder READ sessionsFolder CONSTANT)
 
 public:
     enum class Mode { live, demo, inert };
@@ -86,6 +87,7 @@ public:
     void setClock(std::function<Date()> clock);
     Date currentDate() const { return clock_(); }
     ShowSessions& shows() { return sessions_; }
+    const QString& sessionsFolder() const { return sessions_.sessionsFolder(); }
     SessionStore& sessions() { return sessions_.store(); }
     RadioMics& radioMics() { return mics_; }
     MicMonitor& mics() { return mics_.monitor(); }

@@ -41,7 +41,10 @@ public:
     ShowSessions(const SessionSettings& settings, const MeasurementSettings& measurement,
         std::shared_ptr<MeasurementPipeline> pipeline, std::shared_ptr<SessionFiles> files,
         QString sessionsFolder = QString(), QObject* parent = nullptr);
+
     ~ShowSessions() override;
+
+    const QString& sessionsFolder() const { return sessionsFolder_; }
 
     // Applies the settings and follows them from then on.
     void start();

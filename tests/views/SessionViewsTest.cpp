@@ -264,6 +264,10 @@ private slots:
             std::nullopt);
         auto* settings = qobject_cast<QQuickWindow*>(station.find("settingsWindow"));
         QVERIFY(settings);
+        QVariant shown;
+        QMetaObject::invokeMethod(settings, "showPage", Q_RETURN_ARG(QVariant, shown),
+            Q_ARG(QVariant, QStringLiteral("Mics")));
+        QVERIFY(shown.toBool());
         settings->show();
         QVERIFY(QTest::qWaitForWindowExposed(settings));
         QTest::qWait(300);
@@ -292,6 +296,7 @@ private slots:
         form->setProperty("kindIndex", 1);
         form->setProperty("host", "192.168.1.60");
         form->setProperty("label", "Rack B");
+        QMetaObject::invokeMethod(settings, "showPage", Q_ARG(QVariant, QStringLiteral("Mics")));
         settings->show();
         QVERIFY(QTest::qWaitForWindowExposed(settings));
         QMetaObject::invokeMethod(sheet, "open");

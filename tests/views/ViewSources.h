@@ -50,6 +50,7 @@ public:
     DisplaySettings& display() { return display_; }
     MeasurementSettings& measurement() { return measurement_; }
     LiveInput& input() { return live_; }
+    InputSettings& inputSettings() { return input_; }
     AudioInput& audio() { return live_.audio(); }
     QLabClient& qlab() { return qlab_; }
     FakeCaptureBackend& backend() { return *backend_; }

@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 32> entries {{
+constexpr std::array<Symbols::Entry, 36> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
@@ -40,6 +40,10 @@ constexpr std::array<Symbols::Entry, 32> entries {{
     {"network", "device_hub", ""},
     {"network.slash", "portable_wifi_off", ""},
     {"minus.circle", "remove_circle_outline", "\u2212"},
+    {"gauge.with.dots.needle.50percent", "speed", "\u25D4"},
+    {"play.rectangle", "slideshow", "\u25B7"},
+    {"display", "desktop_windows", "\u25AD"},
+    {"tray.full", "inbox", "\u25A4"},
 }};
 
 bool fontInstalled = false;

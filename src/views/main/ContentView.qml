@@ -114,6 +114,7 @@ ApplicationWindow {
     SettingsWindow {
         id: settingsWindow
         appModel: window.appModel
+        onExportRequested: window.exportSession(false, false)
     }
     CueHistoryWindow {
         id: cueHistory
