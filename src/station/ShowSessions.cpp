@@ -159,10 +159,6 @@ void ShowSessions::applyMeasurementSettings()
         correction ? std::optional(QString::fromStdString(correction->name())) : std::nullopt);
 }
 
-} // namespace ostrel
-
-namespace ostrel {
-
 void ShowSessions::recordDemoAudio(
     std::span<const float> samples, double sampleRate, const MeasurementInterval& interval, Date at)
 {

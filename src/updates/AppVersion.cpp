@@ -8,7 +8,7 @@ namespace {
 
 enum class Kind { number, text, separator };
 
-struct Part {
+struct Segment {
     Kind kind;
     QString text;
 };
@@ -20,17 +20,17 @@ Kind kindOf(QChar c)
     return Kind::text;
 }
 
-std::vector<Part> split(const QString& version)
+std::vector<Segment> split(const QString& version)
 {
-    std::vector<Part> parts;
+    std::vector<Segment> segments;
     for (const QChar c : version.trimmed()) {
         const Kind kind = kindOf(c);
         // Each separator stands alone; digits and letters gather into runs.
-        if (parts.empty() || parts.back().kind != kind || kind == Kind::separator)
-            parts.push_back({kind, QString()});
-        parts.back().text += c;
+        if (segments.empty() || segments.back().kind != kind || kind == Kind::separator)
+            segments.push_back({kind, QString()});
+        segments.back().text += c;
     }
-    return parts;
+    return segments;
 }
 
 // Digits compared as numbers of any length: no overflow on a long build number.
@@ -51,7 +51,7 @@ int sign(int value)
 
 // A version that goes on after the other ends: newer when it goes on with a number or a
 // separator ("1.0.1" after "1.0"), older when with letters ("1.0b2" after "1.0").
-int tail(const std::vector<Part>& longer, std::size_t from)
+int tail(const std::vector<Segment>& longer, std::size_t from)
 {
     for (std::size_t i = from; i < longer.size(); ++i) {
         if (longer[i].kind == Kind::text) return -1;
@@ -64,12 +64,12 @@ int tail(const std::vector<Part>& longer, std::size_t from)
 
 int compare(const QString& a, const QString& b)
 {
-    const std::vector<Part> left = split(a);
-    const std::vector<Part> right = split(b);
+    const std::vector<Segment> left = split(a);
+    const std::vector<Segment> right = split(b);
     const std::size_t common = std::min(left.size(), right.size());
     for (std::size_t i = 0; i < common; ++i) {
-        const Part& l = left[i];
-        const Part& r = right[i];
+        const Segment& l = left[i];
+        const Segment& r = right[i];
         if (l.kind == r.kind) {
             int order = 0;
             if (l.kind == Kind::number)

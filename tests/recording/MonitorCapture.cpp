@@ -75,11 +75,12 @@ std::string MonitorCapture::start()
         !problem.empty())
         return problem;
 
-    pa_sample_spec spec {};
-    spec.format = PA_SAMPLE_FLOAT32LE;
-    spec.rate = static_cast<std::uint32_t>(sampleRate_);
-    spec.channels = 1;
-    connection->stream = pa_stream_new(connection->context, "monitor capture", &spec, nullptr);
+    // Mono floats at the recording's rate: one sample per sample of the replayed sound.
+    pa_sample_spec format {};
+    format.format = PA_SAMPLE_FLOAT32LE;
+    format.rate = static_cast<std::uint32_t>(sampleRate_);
+    format.channels = 1;
+    connection->stream = pa_stream_new(connection->context, "monitor capture", &format, nullptr);
     pa_buffer_attr attributes {};
     attributes.maxlength = static_cast<std::uint32_t>(-1);
     attributes.fragsize = blockFrames * sizeof(float);

@@ -13,24 +13,17 @@
 #include "views/components/Theme.h"
 #include "views/help/HelpSections.h"
 
+#include "ScreenshotStation.h"
 #include "StationQmlModules.h"
 
 using namespace ostrel;
 
 namespace {
 
-// Delegates are children of the scene, not always of the objects that made them.
-void collect(QQuickItem* item, QList<QQuickItem*>& found)
-{
-    if (item->objectName() == QStringLiteral("helpText")) found.append(item);
-    for (auto* child : item->childItems())
-        collect(child, found);
-}
-
 QList<QQuickItem*> helpTexts(QQuickWindow* window)
 {
-    QList<QQuickItem*> texts;
-    collect(window->contentItem(), texts);
+    QList<QQuickItem*> texts
+        = testsupport::itemsNamed(window->contentItem(), QStringLiteral("helpText"));
     std::sort(texts.begin(), texts.end(), [](QQuickItem* a, QQuickItem* b) {
         return a->mapToScene({0, 0}).y() < b->mapToScene({0, 0}).y();
     });

@@ -9,6 +9,7 @@
 #include "mics/link/MicMonitor.h"
 #include "model/DisplaySettings.h"
 #include "views/components/Theme.h"
+#include "views/components/Unhinged.h"
 #include "views/mics/AddReceiverModel.h"
 #include "views/mics/MicAlertsModel.h"
 #include "views/mics/MicSettingsModel.h"
@@ -109,10 +110,9 @@ TEST_F(MicViewModelsTest, UnhingedModeSwearsButScreenReadersKeepTheNormalWording
     display.setUnhingedMode(true);
     EXPECT_EQ(alerts.rows()[0].toMap()["text"].toString(), "Bob \u00B7 fucking died");
     EXPECT_EQ(alerts.rows()[0].toMap()["accessibleName"].toString(), "Bob, Dropout");
-    EXPECT_EQ(
-        MicAlertsModel::unhingedTitle(MicIssueKind::receiverOffline), "receiver's ghosting us");
-    EXPECT_EQ(MicAlertsModel::unhingedTitle(MicIssueKind::lowSignal), "barely fucking there");
-    EXPECT_EQ(MicAlertsModel::unhingedTitle(MicIssueKind::lowBattery), "batteries are fucked");
+    EXPECT_EQ(Unhinged::title(MicIssueKind::receiverOffline), "receiver's ghosting us");
+    EXPECT_EQ(Unhinged::title(MicIssueKind::lowSignal), "barely fucking there");
+    EXPECT_EQ(Unhinged::title(MicIssueKind::lowBattery), "batteries are fucked");
 }
 
 TEST_F(MicViewModelsTest, ANewDropoutIsAnnouncedButALowBatteryIsNot)

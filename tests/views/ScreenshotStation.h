@@ -77,6 +77,18 @@ inline int drawnPixels(const QImage& image, QRect area)
     return count;
 }
 
+// Every item under `root` (itself included) by its object name, as drawn: delegates of a
+// repeater are found among the items, not always among the QObject children.
+inline QList<QQuickItem*> itemsNamed(QQuickItem* root, const QString& name)
+{
+    QList<QQuickItem*> found;
+    if (!root) return found;
+    if (root->objectName() == name) found.append(root);
+    for (QQuickItem* child : root->childItems())
+        found += itemsNamed(child, name);
+    return found;
+}
+
 // An item's place in the window; a dialog's is that of its content.
 inline QRect sceneRect(QObject* object)
 {

@@ -39,18 +39,6 @@ QLabCue cue(const QString& number, const QString& name)
     return result;
 }
 
-// Every item under `root` (itself included) by its object name, as drawn: delegates of a
-// repeater are found among the items, not always among the QObject children.
-QList<QQuickItem*> itemsNamed(QQuickItem* root, const QString& name)
-{
-    QList<QQuickItem*> found;
-    if (!root) return found;
-    if (root->objectName() == name) found.append(root);
-    for (QQuickItem* child : root->childItems())
-        found += itemsNamed(child, name);
-    return found;
-}
-
 // The commonest clearly coloured pixel of `area`: the colour of its text and symbol.
 QColor dominantBright(const QImage& image, QRect area)
 {

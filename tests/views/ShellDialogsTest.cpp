@@ -60,6 +60,22 @@ void save(const QImage& image, const QString& name)
     image.save(QStringLiteral(OSTREL_SCREENSHOT_DIR "/") + name);
 }
 
+// A station's updater of version 0.1.0 over a feed on loopback offering `newest`.
+struct UpdaterOverFeed {
+    testsupport::FakeUpdateServer server;
+    QTemporaryDir folder;
+    QSettings settings {folder.filePath("s.ini"), QSettings::IniFormat};
+    SettingsStore store {settings};
+    UpdateSettings updates {store};
+    AppUpdater updater;
+
+    explicit UpdaterOverFeed(const QString& newest)
+        : updater(true, updates, server.feedUrl().toString(), QStringLiteral("0.1.0"))
+    {
+        server.answer(200, testsupport::appcast({newest}));
+    }
+};
+
 } // namespace
 
 class ShellDialogsTest : public QObject {
@@ -86,13 +102,8 @@ private slots:
 
     void aNewerReleaseIsOfferedWithItsDownloadPage()
     {
-        testsupport::FakeUpdateServer server;
-        server.answer(200, testsupport::appcast({"0.2.0"}));
-        QTemporaryDir folder;
-        QSettings settings(folder.filePath("s.ini"), QSettings::IniFormat);
-        SettingsStore store(settings);
-        UpdateSettings updates(store);
-        AppUpdater updater(true, updates, server.feedUrl().toString(), QStringLiteral("0.1.0"));
+        UpdaterOverFeed feed("0.2.0");
+        AppUpdater& updater = feed.updater;
         std::unique_ptr<QQuickWindow> window(
             open("UpdateDialog", {{"updater", QVariant::fromValue(&updater)}}));
         QVERIFY(window);
@@ -118,13 +129,8 @@ private slots:
 
     void upToDateSaysSoWithOneButton()
     {
-        testsupport::FakeUpdateServer server;
-        server.answer(200, testsupport::appcast({"0.1.0"}));
-        QTemporaryDir folder;
-        QSettings settings(folder.filePath("s.ini"), QSettings::IniFormat);
-        SettingsStore store(settings);
-        UpdateSettings updates(store);
-        AppUpdater updater(true, updates, server.feedUrl().toString(), QStringLiteral("0.1.0"));
+        UpdaterOverFeed feed("0.1.0");
+        AppUpdater& updater = feed.updater;
         std::unique_ptr<QQuickWindow> window(
             open("UpdateDialog", {{"updater", QVariant::fromValue(&updater)}}));
         QVERIFY(window);

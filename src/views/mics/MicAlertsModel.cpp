@@ -42,15 +42,10 @@ QString MicAlertsModel::symbol(MicIssueKind kind)
     return {};
 }
 
-QString MicAlertsModel::unhingedTitle(MicIssueKind kind)
-{
-    return Unhinged::title(kind);
-}
-
 QString MicAlertsModel::text(const MicIssue& issue, bool unhinged)
 {
     return issue.name + QStringLiteral(" \u00B7 ")
-        + (unhinged ? unhingedTitle(issue.kind) : MicIssueKinds::title(issue.kind));
+        + (unhinged ? Unhinged::title(issue.kind) : MicIssueKinds::title(issue.kind));
 }
 
 QString MicAlertsModel::accessibleName(const MicIssue& issue)

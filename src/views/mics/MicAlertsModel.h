@@ -46,7 +46,6 @@ public:
     void setScale(double value);
 
     static QString symbol(MicIssueKind kind);
-    static QString unhingedTitle(MicIssueKind kind);
     // The row's words: name, " · ", title (swearing in unhinged mode).
     static QString text(const MicIssue& issue, bool unhinged);
     // Screen readers always get the normal wording.
