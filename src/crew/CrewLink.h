@@ -34,6 +34,15 @@ class DnsSdClient;
 class DnsSdPublisher;
 struct DnsSdService;
 
+// The described waits; tests shorten them.
+struct CrewLinkTimings {
+    std::chrono::milliseconds retryAfterFailure {3000};
+    std::chrono::milliseconds retryAfterLoss {2000};
+    std::chrono::milliseconds watchdogTick {500};
+    std::chrono::milliseconds dnsSdRetry {5000}; // the Avahi client's, while no daemon
+    double silenceLimit = 2.0; // seconds without an interval before the readings aren't live
+};
+
 class CrewLink : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString role READ roleText NOTIFY roleChanged)
@@ -43,14 +52,14 @@ class CrewLink : public QObject {
     Q_PROPERTY(QString statusPeer READ statusPeer NOTIFY statusChanged)
     Q_PROPERTY(QString stationName READ stationName NOTIFY stationNameChanged)
     Q_PROPERTY(QStringList stations READ stations NOTIFY stationsChanged)
-    Q_PROPERTY(QStringList availablePrimaries READ availablePrimaries NOTIFY
-            availablePrimariesChanged)
+    Q_PROPERTY(
+        QStringList availablePrimaries READ availablePrimaries NOTIFY availablePrimariesChanged)
     Q_PROPERTY(bool isReceiving READ isReceiving NOTIFY isReceivingChanged)
     Q_PROPERTY(QString primaryName READ primaryNameText NOTIFY primaryNameChanged)
     Q_PROPERTY(int unreadCount READ unreadCount NOTIFY unreadCountChanged)
     Q_PROPERTY(int urgentFlashCount READ urgentFlashCount NOTIFY urgentFlashCountChanged)
-    Q_PROPERTY(bool isChatVisible READ isChatVisible WRITE setChatVisible NOTIFY
-            isChatVisibleChanged)
+    Q_PROPERTY(
+        bool isChatVisible READ isChatVisible WRITE setChatVisible NOTIFY isChatVisibleChanged)
 
 public:
     enum class StatusKind { sharing, connecting, connected, off, searching };
@@ -65,14 +74,7 @@ public:
         bool operator==(const Status&) const = default;
     };
 
-    // The described waits; tests shorten them.
-    struct Timings {
-        std::chrono::milliseconds retryAfterFailure {3000};
-        std::chrono::milliseconds retryAfterLoss {2000};
-        std::chrono::milliseconds watchdogTick {500};
-        std::chrono::milliseconds dnsSdRetry {5000}; // the Avahi client's, while no daemon
-        double silenceLimit = 2.0; // seconds without an interval before the readings aren't live
-    };
+    using Timings = CrewLinkTimings;
 
     static constexpr const char* serviceType = "_ostrel._tcp";
     static constexpr int historyLimit = 100;
@@ -80,7 +82,8 @@ public:
 
     // `clock` gives every date the link takes. The link has an Avahi client of its own, started
     // only while it is in a crew.
-    explicit CrewLink(Timings timings = {},
+    explicit CrewLink(
+        Timings timings = {},
         std::function<Date()> clock = [] { return std::chrono::system_clock::now(); },
         QObject* parent = nullptr);
     ~CrewLink() override;

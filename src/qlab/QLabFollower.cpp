@@ -65,7 +65,9 @@ QLabFollower::Effects QLabFollower::reconnect()
 QLabFollower::Effects QLabFollower::simulate(
     State state, const std::optional<QString>& workspace, const std::vector<QLabCue>& cues)
 {
-    closeConnection();
+    // Mirrored updates come twice a second: the line is hung up without publishing an empty list
+    // first, so that a cue that stays listed keeps its record open.
+    hangUp();
     isEnabled_ = false;
     setState(state);
     setWorkspaceName(workspace);
@@ -173,6 +175,12 @@ void QLabFollower::openConnection()
 
 void QLabFollower::closeConnection()
 {
+    hangUp();
+    publish({});
+}
+
+void QLabFollower::hangUp()
+{
     // A workspace is only chosen on a line that was up; the driver drops the goodbye otherwise.
     if (workspaceID_) send(QLabProtocol::disconnect(*workspaceID_));
     add(Effect::CloseConnection {});
@@ -180,7 +188,6 @@ void QLabFollower::closeConnection()
     workspaceID_.reset();
     setWorkspaceName(std::nullopt);
     firstSeen_.clear();
-    publish({});
 }
 
 void QLabFollower::lose()

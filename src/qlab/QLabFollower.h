@@ -86,6 +86,7 @@ private:
 
     void openConnection();
     void closeConnection();
+    void hangUp();
     void lose();
 
     void handle(const QLabReply& reply, Date now);

@@ -34,7 +34,8 @@ AppModel::Mode AppModel::currentMode()
 
 AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
     std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings,
-    QString sessionsFolder, MicMonitor::Timings micTimings, QObject* parent)
+    QString sessionsFolder, MicMonitor::Timings micTimings, CrewLink::Timings crewTimings,
+    QObject* parent)
     : QObject(parent),
       mode_(mode),
       clock_(&now),
@@ -49,6 +50,7 @@ AppModel::AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
       mics_(settings_->mics(), mode == Mode::inert ? nullptr : &settings_->store(), micTimings,
           [this] { return clock_(); }),
       dante_(settings_->dante()),
+      crew_(crewTimings, [this] { return clock_(); }),
       source_(&input_)
 {
     if (mode_ == Mode::demo) {
@@ -109,6 +111,7 @@ void AppModel::wire()
         &AppModel::showsMicAlertsChanged);
     connect(&settings_->dante(), &DanteSettings::monitoringEnabledChanged, this,
         &AppModel::showsDanteChanged);
+    wireCrew();
 }
 
 void AppModel::start()
@@ -125,34 +128,43 @@ void AppModel::start()
 
     if (mode_ == Mode::demo) {
         source_->start();
-        // The sample of the demo: one mic that dropped out.
-        mics_.monitor().simulate({MicIssue {QStringLiteral("demo#3"), QStringLiteral("SCROOGE"),
-                                     MicIssueKind::dropout, clock_()}},
-            std::nullopt);
-        dante_.monitor().simulate(DanteWatch::sampleRoster(true, clock_()));
+        showDemoSamples();
     }
-    if (mode_ != Mode::live) return;
-    source_->start();
-    qlab_.start();
-    mics_.start();
-    dante_.start();
+    if (mode_ == Mode::live) {
+        source_->start();
+        qlab_.start();
+        mics_.start();
+        dante_.start();
+    }
+    // A test host's station never joins a crew.
+    if (mode_ == Mode::inert) return;
+    applyCrewSettings();
+    connect(&settings_->crew(), &SettingsGroup::changed, this, &AppModel::applyCrewSettings);
+    shareTimer_.start();
 }
 
-bool AppModel::showsDante() const
+void AppModel::showDemoSamples()
 {
-    return settings_->dante().monitoringEnabled();
+    // The sample of the demo: one mic that dropped out.
+    mics_.monitor().simulate({MicIssue {QStringLiteral("demo#3"), QStringLiteral("SCROOGE"),
+                                 MicIssueKind::dropout, clock_()}},
+        std::nullopt);
+    dante_.monitor().simulate(DanteWatch::sampleRoster(true, clock_()));
 }
 
 void AppModel::ingest(const MeasurementInterval& interval, Date at)
 {
+    // On a secondary only the primary's intervals count.
+    if (isSecondary()) return;
     meter_.ingest(interval, at);
     sessions_.ingest(interval, at);
     calibration_.add(interval);
+    crew_.share(interval);
 }
 
 void AppModel::restartAudio()
 {
-    if (mode_ != Mode::live) return;
+    if (mode_ != Mode::live || isSecondary()) return;
     input_.restart();
 }
 
@@ -205,7 +217,8 @@ void AppModel::setErrorMessage(std::optional<QString> message)
 
 void AppModel::requestNewSession()
 {
-    if (hasActiveSession()) return;
+    // Only the primary records: a secondary's command stays enabled and does nothing.
+    if (hasActiveSession() || isSecondary()) return;
     setPresentingNewSession(true);
 }
 

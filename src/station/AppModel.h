@@ -10,12 +10,16 @@
 #include <QObject>
 #include <QProcessEnvironment>
 #include <QStringList>
+#include <QTimer>
 
 #include "audio/AudioCaptureBackend.h"
 #include "common/Date.h"
+#include "crew/CrewLink.h"
 #include "measurement/FrequencyWeighting.h"
 #include "measurement/MicrophoneCorrection.h"
 #include "model/MeterModel.h"
+#include "network/MirrorState.h"
+#include "qlab/TimecodeRate.h"
 #include "station/AppSettings.h"
 #include "station/AppUpdater.h"
 #include "station/CalibrationRun.h"
@@ -50,6 +54,16 @@ class AppModel : public QObject {
     Q_PROPERTY(ostrel::DanteMonitor* dante READ danteObject CONSTANT)
     Q_PROPERTY(bool showsDante READ showsDante NOTIFY showsDanteChanged)
     Q_PROPERTY(QString sessionsFolder READ sessionsFolder CONSTANT)
+    Q_PROPERTY(ostrel::CrewLink* crew READ crewObject CONSTANT)
+    Q_PROPERTY(bool isSecondary READ isSecondary NOTIFY isSecondaryChanged)
+    Q_PROPERTY(bool isMirrorLive READ isMirrorLive NOTIFY isMirrorLiveChanged)
+    Q_PROPERTY(QString displayWeighting READ displayWeighting NOTIFY displayMeterSettingChanged)
+    Q_PROPERTY(QString displayResponse READ displayResponse NOTIFY displayMeterSettingChanged)
+    Q_PROPERTY(bool displayIsCalibrated READ displayIsCalibrated NOTIFY displayIsCalibratedChanged)
+    Q_PROPERTY(
+        int timecodeFallbackRate READ timecodeFallbackRateValue NOTIFY timecodeFallbackRateChanged)
+    // The radio mics' names, mirrored or local: the quick alerts' mic picker.
+    Q_PROPERTY(QStringList micNames READ micNames NOTIFY micNamesChanged)
 
 public:
     enum class Mode { live, demo, inert };
@@ -70,7 +84,7 @@ public:
     AppModel(Mode mode, std::unique_ptr<AppSettings> settings,
         std::unique_ptr<AudioCaptureBackend> audioBackend, QLabClient::Timings qlabTimings = {},
         QString sessionsFolder = QString(), MicMonitor::Timings micTimings = {},
-        QObject* parent = nullptr);
+        CrewLink::Timings crewTimings = {}, QObject* parent = nullptr);
     ~AppModel() override;
 
     Mode mode() const { return mode_; }
@@ -92,13 +106,35 @@ public:
     RadioMics& radioMics() { return mics_; }
     MicMonitor& mics() { return mics_.monitor(); }
     // Whether the main screen shows the mic alert list.
-    bool showsMicAlerts() const { return settings_->mics().monitoringEnabled(); }
+    bool showsMicAlerts() const;
     CalibrationRun& calibration() { return calibration_; }
     DanteWatch& danteWatch() { return dante_; }
     DanteMonitor& dante() { return dante_.monitor(); }
     // The Dante panels are on: the station watches for Dante devices.
     bool showsDante() const;
     bool hasStarted() const { return hasStarted_; }
+
+    // The crew: a primary publishes, a secondary mirrors with no inputs of its own.
+    CrewLink& crew() { return crew_; }
+    void applyCrewSettings();
+    void ingestMirrored(const MeasurementInterval& interval);
+    void applyMirror(const MirrorState& state);
+    MirrorState mirrorState() const;
+    const std::optional<MirrorState>& mirror() const { return mirror_; }
+    bool isSecondary() const { return crew_.role() == CrewRole::secondary; }
+    // Off a secondary always; on one, while the primary's levels arrive.
+    bool isMirrorLive() const { return !isSecondary() || crew_.isReceiving(); }
+    struct MeterSettingText {
+        QString weighting;
+        QString response;
+    };
+    // The corner of the meter: the primary's setting on a secondary, the station's own otherwise.
+    MeterSettingText displayMeterSetting() const;
+    bool displayIsCalibrated() const;
+    TimecodeRate timecodeFallbackRate() const;
+    QStringList micNames() const { return mics_.monitor().channelNames(); }
+    // How often a primary publishes its state; tests shorten it before `start`.
+    void setMirrorShareInterval(std::chrono::milliseconds interval);
 
     // Idempotent: the first call sets everything going.
     void start();
@@ -153,6 +189,13 @@ signals:
     void currentCueLabelChanged();
     void showsMicAlertsChanged();
     void showsDanteChanged();
+    void isSecondaryChanged();
+    void isMirrorLiveChanged();
+    void displayMeterSettingChanged();
+    void displayIsCalibratedChanged();
+    void timecodeFallbackRateChanged();
+    void micNamesChanged();
+    void mirrorChanged();
 
 private:
     AppSettings* settingsObject() { return settings_.get(); }
@@ -164,6 +207,15 @@ private:
     SessionStore* sessionsObject() { return &sessions_.store(); }
     MicMonitor* micsObject() { return &mics_.monitor(); }
     DanteMonitor* danteObject() { return &dante_.monitor(); }
+    CrewLink* crewObject() { return &crew_; }
+    QString displayWeighting() const { return displayMeterSetting().weighting; }
+    QString displayResponse() const { return displayMeterSetting().response; }
+    int timecodeFallbackRateValue() const;
+    void wireCrew();
+    void becomeSecondary();
+    void stopBeingSecondary();
+    void setSuspendedInputs(bool suspended);
+    void showDemoSamples();
 
     QString currentCueLabelText() const { return currentCueLabel().value_or(QString()); }
     void wire();
@@ -182,6 +234,11 @@ private:
     CalibrationRun calibration_;
     RadioMics mics_;
     DanteWatch dante_;
+    CrewLink crew_;
+    // The last state received on a secondary; kept while the link is down.
+    std::optional<MirrorState> mirror_;
+    bool wasSecondary_ = false;
+    QTimer shareTimer_;
     // Stands in for the live input in demo mode.
     std::unique_ptr<DemoSimulator> simulator_;
     IntervalSource* source_;

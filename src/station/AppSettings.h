@@ -12,6 +12,7 @@
 #include "measurement/MeasurementSettings.h"
 #include "mics/MicMonitoringSettings.h"
 #include "model/DisplaySettings.h"
+#include "network/CrewSettings.h"
 #include "qlab/QLabSettings.h"
 #include "sessions/SessionSettings.h"
 #include "settings/SettingsStore.h"
@@ -29,6 +30,7 @@ class AppSettings : public QObject {
     Q_PROPERTY(ostrel::DanteSettings* dante READ danteGroup CONSTANT)
     Q_PROPERTY(ostrel::UpdateSettings* updates READ updatesGroup CONSTANT)
     Q_PROPERTY(ostrel::MicMonitoringSettings* mics READ micsGroup CONSTANT)
+    Q_PROPERTY(ostrel::CrewSettings* crew READ crewGroup CONSTANT)
 
 public:
     // Reads every key once; writes nothing until a value is assigned.
@@ -44,6 +46,7 @@ public:
     DanteSettings& dante() { return dante_; }
     UpdateSettings& updates() { return updates_; }
     MicMonitoringSettings& mics() { return mics_; }
+    CrewSettings& crew() { return crew_; }
     SettingsStore& store() { return store_; }
 
 private:
@@ -55,6 +58,7 @@ private:
     DanteSettings* danteGroup() { return &dante_; }
     UpdateSettings* updatesGroup() { return &updates_; }
     MicMonitoringSettings* micsGroup() { return &mics_; }
+    CrewSettings* crewGroup() { return &crew_; }
 
     // Declared first: the groups write into it, and it flushes last.
     SettingsStore store_;
@@ -66,6 +70,7 @@ private:
     DanteSettings dante_;
     UpdateSettings updates_;
     MicMonitoringSettings mics_;
+    CrewSettings crew_;
 };
 
 } // namespace ostrel

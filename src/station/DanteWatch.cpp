@@ -19,6 +19,7 @@ void DanteWatch::start()
 
 void DanteWatch::applySettings()
 {
+    if (isSuspended_) return;
     monitor_.setEnabled(settings_.monitoringEnabled());
 }
 

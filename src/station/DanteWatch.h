@@ -21,6 +21,10 @@ public:
     void start();
     void applySettings();
 
+    // A crew secondary's own inputs stay off whatever the settings say; the settings are read
+    // again when it stops being one.
+    void setSuspended(bool suspended) { isSuspended_ = suspended; }
+    bool isSuspended() const { return isSuspended_; }
     DanteMonitor& monitor() { return monitor_; }
     const DanteMonitor& monitor() const { return monitor_; }
 
@@ -32,6 +36,7 @@ private:
     DanteSettings& settings_;
     DanteMonitor monitor_;
     bool isFollowing_ = false;
+    bool isSuspended_ = false;
 };
 
 } // namespace ostrel

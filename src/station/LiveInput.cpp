@@ -39,6 +39,7 @@ void LiveInput::restart()
 
 void LiveInput::applySettings()
 {
+    if (isSuspended_) return;
     ++applies_;
     audio_.select(settings_.deviceUID(), settings_.channel());
     emit inputChanged();

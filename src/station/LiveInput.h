@@ -31,6 +31,10 @@ public:
     // After a failure: starts again with the present settings.
     void restart();
 
+    // A crew secondary's own inputs stay off whatever the settings say; the settings are read
+    // again when it stops being one.
+    void setSuspended(bool suspended) { isSuspended_ = suspended; }
+    bool isSuspended() const { return isSuspended_; }
     AudioInput& audio() { return audio_; }
     // How often the input settings have been applied, for tests.
     int applyCount() const { return applies_; }
@@ -46,6 +50,7 @@ private:
     InputSettings& settings_;
     Clock clock_;
     bool isFollowing_ = false;
+    bool isSuspended_ = false;
     int applies_ = 0;
 };
 

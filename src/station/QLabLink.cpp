@@ -23,6 +23,7 @@ void QLabLink::start()
 
 void QLabLink::applySettings()
 {
+    if (isSuspended_) return;
     ++applies_;
     client_.configure(settings_.enabled(), trimmedHost(settings_.host()),
         clampedPort(settings_.port()), settings_.passcode(), settings_.workspace());

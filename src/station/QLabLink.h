@@ -28,6 +28,10 @@ public:
     // what a TCP port can be.
     void applySettings();
 
+    // A crew secondary's own inputs stay off whatever the settings say; the settings are read
+    // again when it stops being one.
+    void setSuspended(bool suspended) { isSuspended_ = suspended; }
+    bool isSuspended() const { return isSuspended_; }
     QLabClient& client() { return client_; }
     const QLabClient& client() const { return client_; }
     // How often the settings have been applied, for tests.
@@ -43,6 +47,7 @@ private:
     Clock clock_;
     QLabClient client_;
     bool isFollowing_ = false;
+    bool isSuspended_ = false;
     int applies_ = 0;
 };
 

@@ -18,6 +18,7 @@ void RadioMics::start()
 
 void RadioMics::applySettings()
 {
+    if (isSuspended_) return;
     ++applies_;
     monitor_.setWarnsAboutLowBattery(settings_.lowBatteryWarnings());
     monitor_.setEnabled(settings_.monitoringEnabled());

@@ -23,7 +23,12 @@ public:
     // The battery warning first, so that enabling starts with the right roster.
     void applySettings();
 
+    // A crew secondary's own inputs stay off whatever the settings say; the settings are read
+    // again when it stops being one.
+    void setSuspended(bool suspended) { isSuspended_ = suspended; }
+    bool isSuspended() const { return isSuspended_; }
     MicMonitor& monitor() { return monitor_; }
+    const MicMonitor& monitor() const { return monitor_; }
     // How often the switches have been applied, for tests.
     int applyCount() const { return applies_; }
 
@@ -32,6 +37,7 @@ private:
     Keychain keychain_;
     MicMonitor monitor_;
     bool isFollowing_ = false;
+    bool isSuspended_ = false;
     int applies_ = 0;
 };
 
