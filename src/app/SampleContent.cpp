@@ -84,14 +84,24 @@ std::vector<CueRecord> cues(Date end)
     return {cue("12", "Preshow", 54.0), cue("", "House out", 44.0), cue("14", "Overture", 24.0)};
 }
 
-void feed(AppModel& model, Date end)
+std::vector<MeasurementInterval> intervals()
 {
     constexpr int count = seconds * intervalsPerSecond;
+    std::vector<MeasurementInterval> list;
+    list.reserve(count);
+    for (int index = 0; index < count; ++index)
+        list.push_back(
+            interval(levelAt(index, count), static_cast<double>(index) / intervalsPerSecond));
+    return list;
+}
+
+void feed(AppModel& model, Date end)
+{
+    const std::vector<MeasurementInterval> minute = intervals();
     const Date start = addingSeconds(end, -static_cast<double>(seconds));
-    for (int index = 0; index < count; ++index) {
+    for (std::size_t index = 0; index < minute.size(); ++index) {
         const Date at = addingSeconds(start, static_cast<double>(index + 1) / intervalsPerSecond);
-        model.ingest(
-            interval(levelAt(index, count), static_cast<double>(index) / intervalsPerSecond), at);
+        model.ingest(minute[index], at);
     }
     for (const CueRecord& cue : cues(end))
         model.meter().addMarker(cue.markerLabel(), cue.start);

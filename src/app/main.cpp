@@ -30,6 +30,7 @@ Q_IMPORT_QML_PLUGIN(Ostrel_RecordingsPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_DantePlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_HelpPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_MicsPlugin)
+Q_IMPORT_QML_PLUGIN(Ostrel_CrewPlugin)
 Q_IMPORT_QML_PLUGIN(Ostrel_MainPlugin)
 
 using namespace ostrel;

@@ -27,11 +27,13 @@ struct Station {
     QQmlApplicationEngine engine;
     QQuickWindow* window = nullptr;
 
-    explicit Station(AppearanceMode appearance)
+    // `crewTimings`: the crew link's waits, shortened by tests that lose a primary.
+    explicit Station(AppearanceMode appearance, CrewLink::Timings crewTimings = {})
     {
         store = std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat);
         model = std::make_unique<AppModel>(AppModel::Mode::inert,
-            std::make_unique<AppSettings>(*store), std::make_unique<SilentCaptureBackend>());
+            std::make_unique<AppSettings>(*store), std::make_unique<SilentCaptureBackend>(),
+            QLabClient::Timings {}, QString(), MicMonitor::Timings {}, crewTimings);
         model->settings().display().setAppearance(appearance);
         model->start();
         engine.addImportPath(QStringLiteral("qrc:/"));

@@ -99,7 +99,16 @@ struct SettingsStation {
     }
 };
 
-enum Page { audio = 0, calibration = 1, meter = 2, qlab = 3, mics = 4, display = 5, data = 6 };
+enum Page {
+    audio = 0,
+    calibration = 1,
+    meter = 2,
+    qlab = 3,
+    mics = 4,
+    crew = 5,
+    display = 6,
+    data = 7
+};
 
 } // namespace
 
@@ -113,14 +122,16 @@ private slots:
         QVERIFY(s.settings);
         QVERIFY(QTest::qWaitForWindowExposed(s.settings));
         QStringList titles;
-        for (const char* name : {"settingsTabAudio", "settingsTabCalibration", "settingsTabMeter",
-                 "settingsTabQLab", "settingsTabMics", "settingsTabDisplay", "settingsTabData"}) {
+        for (const char* name :
+            {"settingsTabAudio", "settingsTabCalibration", "settingsTabMeter", "settingsTabQLab",
+                "settingsTabMics", "settingsTabCrew", "settingsTabDisplay", "settingsTabData"}) {
             QQuickItem* tab = s.control(name);
             QVERIFY2(tab, name);
             titles << tab->property("text").toString();
         }
         QCOMPARE(titles,
-            (QStringList {"Audio", "Calibration", "Meter", "QLab", "Mics", "Display", "Data"}));
+            (QStringList {
+                "Audio", "Calibration", "Meter", "QLab", "Mics", "Crew", "Display", "Data"}));
         // The Display page is built when its tab is first opened, not with the window.
         QVERIFY(!s.settings->property("displayPage").value<QObject*>());
         QVERIFY(s.openPage(display));
@@ -398,16 +409,78 @@ private slots:
         QVERIFY(!exportButton->isEnabled());
     }
 
+    void theCrewPageSetsTheRoleTheNameAndThePrimary()
+    {
+        SettingsStation s(AppearanceMode::light);
+        QVERIFY(s.settings && QTest::qWaitForWindowExposed(s.settings));
+        QVERIFY(s.openPage(crew));
+        auto& settings = s.preferences().crew();
+        QQuickItem* roles = s.control("crewRolePicker");
+        QQuickItem* name = s.control("stationNameField");
+        QQuickItem* summary = s.control("crewRoleSummary");
+        QVERIFY(roles && name && summary);
+        QCOMPARE(roles->property("count").toInt(), 3);
+        QVERIFY(!s.control("crewSettingsStatus")->isVisible());
+        QVERIFY(!s.control("crewPrimaryPicker")->isVisible());
+        QVERIFY(!s.control("clearChatButton")->isVisible());
+
+        SettingsStation::choose(roles, 2);
+        QCOMPARE(settings.role(), CrewRole::secondary);
+        QVERIFY(summary->property("text").toString().endsWith(
+            "Every computer running Ostrel Live on this network can join and read the chat."));
+        QTRY_VERIFY(s.control("crewPrimaryPicker")->isVisible());
+        QVERIFY(s.control("crewSettingsStatus")->isVisible());
+        QVERIFY(s.control("clearChatButton")->isVisible());
+
+        name->setProperty("text", QStringLiteral("Backstage"));
+        QMetaObject::invokeMethod(name, "editingFinished");
+        QCOMPARE(settings.stationName(), QStringLiteral("Backstage"));
+
+        // A stored primary that nobody announces stays chosen, marked as not found.
+        settings.setPrimary(QStringLiteral("Booth"));
+        QQuickItem* primaries = s.control("crewPrimaryPicker");
+        QTRY_COMPARE(primaries->property("count").toInt(), 2);
+        QCOMPARE(
+            primaries->property("currentText").toString(), QStringLiteral("Booth (not found)"));
+        SettingsStation::choose(primaries, 0);
+        QCOMPARE(settings.primary(), QString());
+
+        SettingsStation::choose(roles, 1);
+        QCOMPARE(settings.role(), CrewRole::primary);
+        QTRY_VERIFY(!s.control("crewPrimaryPicker")->isVisible());
+        SettingsStation::choose(roles, 0);
+        QCOMPARE(settings.role(), CrewRole::standalone);
+    }
+
+    void theCrewPagesClearChatEmptiesThisStationsCopy()
+    {
+        SettingsStation s(AppearanceMode::light);
+        QVERIFY(s.settings && QTest::qWaitForWindowExposed(s.settings));
+        QVERIFY(s.openPage(crew));
+        // An inert station joins no crew by itself; its link is made a primary by hand.
+        s.preferences().crew().setRole(CrewRole::primary);
+        s.station.model->applyCrewSettings();
+        CrewLink& link = s.station.model->crew();
+        link.send(QStringLiteral("Beginners, please"), false, std::nullopt, std::nullopt);
+        QCOMPARE(link.messages().size(), std::size_t(1));
+        QQuickItem* clear = s.control("clearChatButton");
+        QTRY_VERIFY(clear && clear->isVisible());
+        s.click(clear);
+        QTRY_VERIFY(link.messages().empty());
+        QCOMPARE(s.control("crewSettingsStatus")->property("text").toString(),
+            QStringLiteral("Waiting for secondaries"));
+    }
+
     void everyPageIsDrawnLightAndDark()
     {
         const QString names[] = {QStringLiteral("audio"), QStringLiteral("calibration"),
             QStringLiteral("meter"), QStringLiteral("qlab"), QStringLiteral("mics"),
-            QStringLiteral("display"), QStringLiteral("data")};
+            QStringLiteral("crew"), QStringLiteral("display"), QStringLiteral("data")};
         for (AppearanceMode mode : {AppearanceMode::light, AppearanceMode::dark}) {
             SettingsStation s(mode);
             QVERIFY(s.settings && QTest::qWaitForWindowExposed(s.settings));
             s.settings->resize(500, 760);
-            for (int page : {audio, calibration, meter, qlab, mics, display, data}) {
+            for (int page : {audio, calibration, meter, qlab, mics, crew, display, data}) {
                 QVERIFY(s.openPage(page));
                 const QImage image = s.grab();
                 QVERIFY(!image.isNull());

@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<Symbols::Entry, 36> entries {{
+constexpr std::array<Symbols::Entry, 44> entries {{
     {"sun.min", "brightness_low", "\u2212"},
     {"sun.max", "brightness_high", "+"},
     {"mic.slash", "mic_off", ""},
@@ -44,6 +44,14 @@ constexpr std::array<Symbols::Entry, 36> entries {{
     {"play.rectangle", "slideshow", "\u25B7"},
     {"display", "desktop_windows", "\u25AD"},
     {"tray.full", "inbox", "\u25A4"},
+    {"person.2.wave.2", "groups", "\u263A"},
+    {"bubble.left.and.bubble.right", "forum", "\u2709"},
+    {"paperplane.fill", "send", "\u27A4"},
+    {"checkmark", "check", "\u2713"},
+    {"wifi.exclamationmark", "wifi_off", "!"},
+    {"arrow.triangle.2.circlepath", "sync", "\u21BB"},
+    {"waveform.badge.exclamationmark", "hearing", "\u223F"},
+    {"hand.raised.fill", "pan_tool", "\u270B"},
 }};
 
 bool fontInstalled = false;

@@ -9,7 +9,7 @@ Rectangle {
 
     required property DanteMonitor dante
     required property DanteSettings settings
-    // The crew's count of urgent messages; joins with the crew link.
+    // The crew's count of urgent messages: a rise flashes.
     property int urgentFlashCount: 0
     readonly property DropoutFlashModel flash: flashModel
 

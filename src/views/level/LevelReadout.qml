@@ -11,6 +11,8 @@ Item {
     required property MeterModel meter
     required property MeasurementSettings measurement
     required property DisplaySettings display
+    // The main screen's station, whose display questions rule; none in a replay.
+    property AppModel station: null
     property real numberSize: 132
     readonly property LevelReadoutModel readout: readoutModel
 
@@ -54,6 +56,7 @@ Item {
             meter: root.meter
             measurement: root.measurement
             display: root.display
+            station: root.station
             size: readoutModel.descriptionSize
             onCalibrationRequested: root.calibrationRequested()
         }

@@ -10,6 +10,8 @@ Row {
     required property MeterModel meter
     required property MeasurementSettings measurement
     required property DisplaySettings display
+    // The main screen's station, whose display questions rule; none in a replay.
+    property AppModel station: null
     property real size: 22
     readonly property MeterDescriptionModel description: descriptionModel
 
@@ -23,6 +25,7 @@ Row {
         meter: root.meter
         measurement: root.measurement
         display: root.display
+        station: root.station
         size: root.size
         onSettingsRequested: root.calibrationRequested()
     }

@@ -97,6 +97,11 @@ void MeterDescriptionModel::attach()
     watch(meter_);
     watch(measurement_);
     watch(display_);
+    watch(station_);
+    if (station_) {
+        track(connect(station_, &AppModel::displayMeterSettingChanged, this, update));
+        track(connect(station_, &AppModel::displayIsCalibratedChanged, this, update));
+    }
     if (meter_) {
         track(connect(meter_, &MeterModel::levelChanged, this, update));
         track(connect(meter_, &MeterModel::hasSignalChanged, this, update));
@@ -129,12 +134,17 @@ void MeterDescriptionModel::refresh()
     const auto level = meter.level();
     const LevelRange range = level ? display_->levelRange(*level) : LevelRange::normal;
 
-    // A secondary's mirrored setting takes this place once the crew link lands.
-    setMeterSetting(
-        fromView(symbol(measurement_->weighting())), fromView(symbol(measurement_->response())));
+    if (station_) {
+        const AppModel::MeterSettingText shown = station_->displayMeterSetting();
+        setMeterSetting(shown.weighting, shown.response);
+    } else {
+        setMeterSetting(fromView(symbol(measurement_->weighting())),
+            fromView(symbol(measurement_->response())));
+    }
     setStatus(status(level, meter.hasSignal(), meter.isClipping(), range));
     setStatusText(text(status_, unhinged));
-    setShowsUncalibrated(!measurement_->isCalibrated());
+    setShowsUncalibrated(
+        station_ ? !station_->displayIsCalibrated() : !measurement_->isCalibrated());
     setUncalibratedText(unhinged ? QStringLiteral("Uncalibrated (it's lying to you)")
                                  : QStringLiteral("Uncalibrated"));
 }

@@ -12,6 +12,7 @@
 #include "measurement/MeasurementSettings.h"
 #include "model/DisplaySettings.h"
 #include "model/MeterModel.h"
+#include "station/AppModel.h"
 #include "views/components/Theme.h"
 #include "views/components/ViewModel.h"
 
@@ -24,6 +25,8 @@ class MeterDescriptionModel : public ostrel::ViewModel {
     Q_PROPERTY(ostrel::MeasurementSettings* measurement READ measurement WRITE setMeasurement NOTIFY
             measurementChanged)
     Q_PROPERTY(ostrel::DisplaySettings* display READ display WRITE setDisplay NOTIFY displayChanged)
+    // The main screen's station: a secondary shows its primary's setting and calibration.
+    Q_PROPERTY(ostrel::AppModel* station READ station WRITE setStation NOTIFY stationChanged)
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged)
     Q_PROPERTY(double spacing READ spacing NOTIFY sizeChanged)
     Q_PROPERTY(QString weightingText READ weightingText NOTIFY meterSettingChanged)
@@ -52,6 +55,12 @@ public:
     void setDisplay(DisplaySettings* value)
     {
         setSource(display_, value, &MeterDescriptionModel::displayChanged);
+    }
+
+    AppModel* station() const { return station_.data(); }
+    void setStation(AppModel* value)
+    {
+        setSource(station_, value, &MeterDescriptionModel::stationChanged);
     }
 
     enum class Status { noSignal, inputOverload, high, elevated, normal };
@@ -88,6 +97,7 @@ signals:
     void meterChanged();
     void measurementChanged();
     void displayChanged();
+    void stationChanged();
     void sizeChanged();
     void meterSettingChanged();
     void statusChanged();
@@ -104,6 +114,7 @@ private:
     QPointer<MeterModel> meter_;
     QPointer<MeasurementSettings> measurement_;
     QPointer<DisplaySettings> display_;
+    QPointer<AppModel> station_;
     void setMeterSetting(const QString& weighting, const QString& response);
     void setStatus(Status value);
     void setStatusText(const QString& value);

@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ostrel.Calibration
 import Ostrel.Components
+import Ostrel.Crew
 import Ostrel.Main
 import Ostrel.Sessions
 import Ostrel.Dante
@@ -14,6 +15,7 @@ Item {
     required property AppModel appModel
     readonly property ContentModel content: contentModel
     readonly property BrightnessOverlay brightness: brightnessModel
+    readonly property CrewFrameModel crew: crewFrame
     signal danteDevicesRequested
 
     palette.window: Theme.background
@@ -32,6 +34,10 @@ Item {
         id: brightnessModel
         display: root.appModel.settings.display
     }
+    CrewFrameModel {
+        id: crewFrame
+        appModel: root.appModel
+    }
     Binding {
         target: Theme
         property: "dark"
@@ -47,11 +53,72 @@ Item {
     MonitorView {
         id: monitor
         objectName: "monitorView"
-        anchors.fill: parent
+        anchors.left: parent.left
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.right: chatColumn.visible ? chatColumn.left : parent.right
         appModel: root.appModel
+        // A secondary cut off from its primary can't be taken for a live one.
+        opacity: crewFrame.monitorOpacity
+        Behavior on opacity {
+            NumberAnimation { duration: crewFrame.fadeDuration; easing.type: Easing.InOutQuad }
+        }
         onCalibrationRequested: calibrationAssistant.present()
         onInputPickerRequested: inputPicker.open()
         onDanteDevicesRequested: root.danteDevicesRequested()
+    }
+
+    // Over the monitor's column, at the top.
+    ColumnLayout {
+        objectName: "crewBanners"
+        anchors.top: monitor.top
+        anchors.horizontalCenter: monitor.horizontalCenter
+        anchors.topMargin: 12
+        width: Math.min(720, monitor.width - 48)
+        spacing: 12
+
+        LostConnectionBanner {
+            id: lostConnection
+            objectName: "lostConnectionBanner"
+            Layout.alignment: Qt.AlignHCenter
+            Layout.maximumWidth: 560
+            crew: root.appModel.crew
+            settings: root.appModel.settings.crew
+            textScale: monitor.layout.bannerScale
+            visible: opacity > 0
+            opacity: crewFrame.isLive ? 0 : 1
+            Behavior on opacity {
+                NumberAnimation { duration: crewFrame.fadeDuration; easing.type: Easing.InOutQuad }
+            }
+        }
+        UrgentMessageBanners {
+            objectName: "urgentBanners"
+            Layout.fillWidth: true
+            crew: root.appModel.crew
+            textScale: monitor.layout.urgentBannerScale
+        }
+    }
+
+    // The crew's chat at the trailing edge, while it is asked for and the station is in a crew.
+    CrewChatPanel {
+        id: chatColumn
+        objectName: "chatColumn"
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        width: crewFrame.chatWidth(root.width)
+        visible: crewFrame.presentsChat
+        crew: root.appModel.crew
+        micNames: root.appModel.micNames
+        cueLabel: root.appModel.currentCueLabel
+
+        Rectangle {
+            anchors.top: parent.top
+            anchors.bottom: parent.bottom
+            anchors.left: parent.left
+            width: 1
+            color: Theme.quaternary
+        }
     }
 
     DropoutFlashOverlay {
@@ -59,6 +126,7 @@ Item {
         anchors.fill: parent
         dante: root.appModel.dante
         settings: root.appModel.settings.dante
+        urgentFlashCount: root.appModel.crew.urgentFlashCount
     }
 
     // Dims what is read, not the control that brightens it: in a dark room at the lowest setting
@@ -76,7 +144,7 @@ Item {
     RowLayout {
         objectName: "toolbar"
         anchors.top: parent.top
-        anchors.right: parent.right
+        anchors.right: monitor.right
         anchors.rightMargin: monitor.trailingCornerWidth + 12
         spacing: 0
 
@@ -84,8 +152,14 @@ Item {
             brightness: brightnessModel
             showsSymbols: monitor.layout.showsToolbarSymbols
         }
+        CrewChatToolbarButton {
+            crew: root.appModel.crew
+            showsChat: crewFrame.showsChat
+            onToggleRequested: crewFrame.toggleChat()
+        }
         SessionToolbarButton {
             appModel: root.appModel
+            visible: crewFrame.showsSessionButton
         }
     }
 
@@ -114,6 +188,11 @@ Item {
     Shortcut {
         sequence: contentModel.resetStatisticsShortcut
         onActivated: contentModel.resetStatistics()
+    }
+    Shortcut {
+        sequence: crewFrame.chatShortcut
+        enabled: crewFrame.showsChatButton
+        onActivated: crewFrame.toggleChat()
     }
     Shortcut {
         sequence: StandardKey.Quit

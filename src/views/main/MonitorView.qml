@@ -76,6 +76,7 @@ Item {
                 opacity: isShown ? 1 : 0
                 qlab: root.appModel.qlab
                 settings: root.appModel.settings.qlab
+                station: root.appModel
                 scale: layoutModel.scale
                 maximumWidth: (root.width - 2 * layoutModel.sidePadding
                                - layoutModel.topRowSpacing) * 0.6
@@ -146,6 +147,7 @@ Item {
                 meter: root.appModel.meter
                 measurement: root.appModel.settings.measurement
                 display: root.appModel.settings.display
+                station: root.appModel
                 numberSize: layoutModel.readoutSize
                 onCalibrationRequested: root.calibrationRequested()
             }

@@ -43,6 +43,7 @@ void TimecodeModel::setClock(std::function<Date()> clock)
 
 TimecodeRate TimecodeModel::fallbackRate() const
 {
+    if (station_) return station_->timecodeFallbackRate();
     return settings_ ? settings_->timecodeFallbackRate() : TimecodeRate::fps25;
 }
 
@@ -50,6 +51,11 @@ void TimecodeModel::attach()
 {
     watch(qlab_);
     watch(settings_);
+    watch(station_);
+    if (station_) {
+        track(connect(
+            station_, &AppModel::timecodeFallbackRateChanged, this, &TimecodeModel::refresh));
+    }
     if (qlab_)
         track(connect(qlab_, &QLabClient::timecodeCueChanged, this, &TimecodeModel::refresh));
     if (settings_) {

@@ -15,6 +15,7 @@
 #include "qlab/QLabSettings.h"
 #include "qlab/TimecodeRate.h"
 #include "qlab/client/QLabClient.h"
+#include "station/AppModel.h"
 #include "views/components/ViewModel.h"
 
 namespace ostrel {
@@ -25,6 +26,8 @@ class TimecodeModel : public ostrel::ViewModel {
     Q_PROPERTY(ostrel::QLabClient* qlab READ qlab WRITE setQlab NOTIFY qlabChanged)
     Q_PROPERTY(
         ostrel::QLabSettings* settings READ settings WRITE setSettings NOTIFY settingsChanged)
+    // The main screen's station: a secondary assumes its primary's rate.
+    Q_PROPERTY(ostrel::AppModel* station READ station WRITE setStation NOTIFY stationChanged)
     Q_PROPERTY(bool isShown READ isShown NOTIFY cueChanged)
     Q_PROPERTY(QString caption READ caption CONSTANT)
     Q_PROPERTY(QString valueText READ valueText NOTIFY valueChanged)
@@ -40,6 +43,9 @@ public:
     {
         setSource(settings_, value, &TimecodeModel::settingsChanged);
     }
+
+    AppModel* station() const { return station_.data(); }
+    void setStation(AppModel* value) { setSource(station_, value, &TimecodeModel::stationChanged); }
 
     explicit TimecodeModel(QObject* parent = nullptr);
 
@@ -59,6 +65,7 @@ public:
 signals:
     void qlabChanged();
     void settingsChanged();
+    void stationChanged();
     void cueChanged();
     void valueChanged();
 
@@ -72,6 +79,7 @@ private:
 
     QPointer<QLabClient> qlab_;
     QPointer<QLabSettings> settings_;
+    QPointer<AppModel> station_;
     std::function<Date()> clock_;
     QTimer redraw_;
     std::optional<QLabCue> cue_;

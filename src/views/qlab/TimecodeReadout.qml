@@ -8,6 +8,8 @@ Column {
 
     required property QLabClient qlab
     required property QLabSettings settings
+    // The main screen's station, whose fallback rate rules.
+    property AppModel station: null
     property real scale: 1
     // The value shrinks to this width rather than push the screen wider.
     property real maximumWidth: Number.POSITIVE_INFINITY
@@ -20,6 +22,7 @@ Column {
         id: timecodeModel
         qlab: root.qlab
         settings: root.settings
+        station: root.station
     }
 
     Text {

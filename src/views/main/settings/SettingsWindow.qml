@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import Ostrel.Components
+import Ostrel.Crew
 import Ostrel.Main
 import Ostrel.Mics
 
@@ -16,6 +17,7 @@ Window {
     readonly property MeterSettingsPage meterPage: meterSettings
     readonly property QLabSettingsPage qlabPage: qlabSettings
     readonly property MicSettings micPage: micSettings
+    readonly property CrewSettings crewPage: crewSettings
     readonly property Item displayPage: displaySettings.item
     readonly property DataSettingsPage dataPage: dataSettings
     property alias currentPage: tabs.currentIndex
@@ -57,6 +59,7 @@ Window {
                     {"title": "Meter", "symbol": "gauge.with.dots.needle.50percent"},
                     {"title": "QLab", "symbol": "play.rectangle"},
                     {"title": "Mics", "symbol": "mic.badge.xmark"},
+                    {"title": "Crew", "symbol": "person.2.wave.2"},
                     {"title": "Display", "symbol": "display"},
                     {"title": "Data", "symbol": "tray.full"}
                 ]
@@ -64,7 +67,7 @@ Window {
                     required property var modelData
                     objectName: "settingsTab" + modelData.title
                     text: modelData.title
-                    // The symbol over the title, so that seven pages fit in the window's width.
+                    // The symbol over the title, so that eight pages fit in the window's width.
                     contentItem: Column {
                         spacing: 2
                         SymbolIcon {
@@ -112,6 +115,12 @@ Window {
             }
             MicSettings {
                 id: micSettings
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                appModel: root.appModel
+            }
+            CrewSettings {
+                id: crewSettings
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 appModel: root.appModel
