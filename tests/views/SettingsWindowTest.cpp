@@ -426,6 +426,10 @@ private slots:
 
         SettingsStation::choose(roles, 2);
         QCOMPARE(settings.role(), CrewRole::secondary);
+        // A running station applies the role; an inert one is told to.
+        s.station.model->applyCrewSettings();
+        QTRY_COMPARE(s.control("crewSettingsStatus")->property("text").toString(),
+            QStringLiteral("Looking for primary"));
         QVERIFY(summary->property("text").toString().endsWith(
             "Every computer running Ostrel Live on this network can join and read the chat."));
         QTRY_VERIFY(s.control("crewPrimaryPicker")->isVisible());
@@ -442,6 +446,9 @@ private slots:
         QTRY_COMPARE(primaries->property("count").toInt(), 2);
         QCOMPARE(
             primaries->property("currentText").toString(), QStringLiteral("Booth (not found)"));
+        const QImage image = s.grab();
+        QVERIFY(screens::distinctColours(image) > 8);
+        QVERIFY(screens::save(image, QStringLiteral("settings-crew-secondary.png")));
         SettingsStation::choose(primaries, 0);
         QCOMPARE(settings.primary(), QString());
 

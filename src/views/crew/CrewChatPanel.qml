@@ -69,14 +69,12 @@ Pane {
                 model: messagesModel
                 delegate: ChatBubble {
                     width: messageList.width
-                    onAcknowledged: id => messagesModel.acknowledge(id)
+                    onAcknowledged: messageId => messagesModel.acknowledge(messageId)
                 }
-                // The newest message in view on appearing and at each new one.
+                // The newest message in view on appearing and whenever the last one changes.
+                readonly property string lastMessageId: messagesModel.lastMessageId
+                onLastMessageIdChanged: Qt.callLater(messageList.positionViewAtEnd)
                 Component.onCompleted: positionViewAtEnd()
-                Connections {
-                    target: messagesModel
-                    function onLastMessageIdChanged() { Qt.callLater(messageList.positionViewAtEnd) }
-                }
             }
         }
         Rectangle { Layout.fillWidth: true; implicitHeight: 1; color: Theme.quaternary }
@@ -168,7 +166,9 @@ Pane {
 
     onVisibleChanged: {
         panelModel.setShown(visible)
-        if (visible) messageField.forceActiveFocus()
+        if (!visible) return
+        messageField.forceActiveFocus()
+        Qt.callLater(messageList.positionViewAtEnd)
     }
     Component.onCompleted: {
         panelModel.setShown(visible)

@@ -68,10 +68,10 @@ Item {
         onDanteDevicesRequested: root.danteDevicesRequested()
     }
 
-    // Over the monitor's column, at the top.
+    // Over the monitor's column, at the top, below the toolbar and the corners' status lines.
     ColumnLayout {
         objectName: "crewBanners"
-        anchors.top: monitor.top
+        anchors.top: toolbar.bottom
         anchors.horizontalCenter: monitor.horizontalCenter
         anchors.topMargin: 12
         width: Math.min(720, monitor.width - 48)
@@ -142,6 +142,7 @@ Item {
     // No background of its own, so the readings run to the top of the window. Its items stand at
     // the trailing side, just left of the QLab status in the top right corner.
     RowLayout {
+        id: toolbar
         objectName: "toolbar"
         anchors.top: parent.top
         anchors.right: monitor.right

@@ -67,6 +67,8 @@ Window {
                     required property var modelData
                     objectName: "settingsTab" + modelData.title
                     text: modelData.title
+                    // As wide as its title, so that eight pages fit in the window's width.
+                    width: implicitWidth
                     // The symbol over the title, so that eight pages fit in the window's width.
                     contentItem: Column {
                         spacing: 2
