@@ -20,6 +20,8 @@ namespace ostrel {
 
 namespace {
 
+constexpr int listenBacklog = 512;
+
 void sortNaturally(QStringList& names)
 {
     std::sort(names.begin(), names.end(),
@@ -143,6 +145,9 @@ void CrewLink::stop()
 void CrewLink::startSharing()
 {
     auto server = std::make_unique<QTcpServer>();
+    // A whole crew may knock at once, say after the primary restarts; Qt's backlog of 50 would
+    // leave the rest waiting for the kernel's slow retries.
+    server->setListenBacklogSize(listenBacklog);
     if (!server->listen(QHostAddress::Any, 0)) {
         qCWarning(ostrelCrew, "Couldn't start sharing: %s", qUtf8Printable(server->errorString()));
         retry(timings_.retryAfterFailure, [this] {
