@@ -38,6 +38,12 @@ CrewLink::CrewLink(Timings timings, std::function<Date()> clock, QObject* parent
 {
     watchdog_.setInterval(timings_.watchdogTick);
     connect(&watchdog_, &QTimer::timeout, this, &CrewLink::watchdogTick);
+    // A daemon that went away takes its announcements with it; the browser reports afresh.
+    connect(dnsSd_.get(), &DnsSdClient::aboutToReset, this, [this] {
+        announced_.clear();
+        endpoints_.clear();
+        updateAvailablePrimaries();
+    });
     retryTimer_.setSingleShot(true);
     connect(&retryTimer_, &QTimer::timeout, this, [this] {
         const auto action = std::move(retryAction_);
@@ -284,7 +290,8 @@ void CrewLink::share(const MirrorState& state)
 
 void CrewLink::startSearching()
 {
-    setStatus({StatusKind::searching, 0, {}});
+    // A browser made again after a failure must not hide a primary still in hand.
+    if (!upstream_) setStatus({StatusKind::searching, 0, {}});
     browser_ = std::make_unique<DnsSdBrowser>(*dnsSd_, QString::fromLatin1(serviceType));
     connect(browser_.get(), &DnsSdBrowser::serviceAdded, this, &CrewLink::serviceFound);
     connect(browser_.get(), &DnsSdBrowser::serviceResolved, this, &CrewLink::serviceResolved);
