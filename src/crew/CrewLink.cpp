@@ -20,6 +20,8 @@ namespace ostrel {
 
 namespace {
 
+constexpr int listenBacklog = 512;
+
 void sortNaturally(QStringList& names)
 {
     std::sort(names.begin(), names.end(),
@@ -36,6 +38,12 @@ CrewLink::CrewLink(Timings timings, std::function<Date()> clock, QObject* parent
 {
     watchdog_.setInterval(timings_.watchdogTick);
     connect(&watchdog_, &QTimer::timeout, this, &CrewLink::watchdogTick);
+    // A daemon that went away takes its announcements with it; the browser reports afresh.
+    connect(dnsSd_.get(), &DnsSdClient::aboutToReset, this, [this] {
+        announced_.clear();
+        endpoints_.clear();
+        updateAvailablePrimaries();
+    });
     retryTimer_.setSingleShot(true);
     connect(&retryTimer_, &QTimer::timeout, this, [this] {
         const auto action = std::move(retryAction_);
@@ -143,6 +151,9 @@ void CrewLink::stop()
 void CrewLink::startSharing()
 {
     auto server = std::make_unique<QTcpServer>();
+    // A whole crew may knock at once, say after the primary restarts; Qt's backlog of 50 would
+    // leave the rest waiting for the kernel's slow retries.
+    server->setListenBacklogSize(listenBacklog);
     if (!server->listen(QHostAddress::Any, 0)) {
         qCWarning(ostrelCrew, "Couldn't start sharing: %s", qUtf8Printable(server->errorString()));
         retry(timings_.retryAfterFailure, [this] {
@@ -279,7 +290,8 @@ void CrewLink::share(const MirrorState& state)
 
 void CrewLink::startSearching()
 {
-    setStatus({StatusKind::searching, 0, {}});
+    // A browser made again after a failure must not hide a primary still in hand.
+    if (!upstream_) setStatus({StatusKind::searching, 0, {}});
     browser_ = std::make_unique<DnsSdBrowser>(*dnsSd_, QString::fromLatin1(serviceType));
     connect(browser_.get(), &DnsSdBrowser::serviceAdded, this, &CrewLink::serviceFound);
     connect(browser_.get(), &DnsSdBrowser::serviceResolved, this, &CrewLink::serviceResolved);

@@ -232,6 +232,46 @@ private slots:
         QCOMPARE(ready, 0);
     }
 
+    void aPeerThatStopsReadingIsDroppedOnceItsBacklogPassesTheLimit()
+    {
+        AcceptedPair pair;
+        QVERIFY(pair.open());
+        // Qt stops taking the peer's bytes from the system, so the kernel's buffers fill and the
+        // rest waits in the connection's socket.
+        pair.peer.setReadBufferSize(1);
+        CrewMessages::Roster roster;
+        for (int index = 0; index < 50'000; ++index)
+            roster.stations.append(QString("Station %1").arg(index));
+        const qint64 frameSize = CrewFraming::frame(roster)->size();
+        QTest::ignoreMessage(QtWarningMsg, "Crew connection failed: the peer has stopped reading");
+        qint64 sent = 0;
+        while (pair.closeCount == 0 && sent < 200 * 1024 * 1024) {
+            pair.connection->send(roster);
+            sent += frameSize;
+            QTest::qWait(1);
+        }
+        QCOMPARE(pair.closeCount, 1);
+        QVERIFY(sent > CrewConnection::sendBacklogLimit);
+    }
+
+    void aPeerThatReadsIsNotDroppedForTheSameVolume()
+    {
+        AcceptedPair pair;
+        QVERIFY(pair.open());
+        qint64 drained = 0;
+        connect(&pair.peer, &QTcpSocket::readyRead, [&] { drained += pair.peer.readAll().size(); });
+        CrewMessages::Roster roster;
+        for (int index = 0; index < 50'000; ++index)
+            roster.stations.append(QString("Station %1").arg(index));
+        const qint64 frameSize = CrewFraming::frame(roster)->size();
+        for (qint64 sent = 0; sent < 40 * 1024 * 1024; sent += frameSize) {
+            pair.connection->send(roster);
+            QTest::qWait(1);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(drained >= 40 * 1024 * 1024, 20000);
+        QCOMPARE(pair.closeCount, 0);
+    }
+
     void anOnCloseThatDeletesTheConnectionIsSafe()
     {
         AcceptedPair pair;

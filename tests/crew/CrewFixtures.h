@@ -39,9 +39,23 @@ inline std::unique_ptr<CrewLink> makeLink(std::shared_ptr<MovableClock> clock = 
     return std::make_unique<CrewLink>(shortCrewTimings(), [clock] { return clock->now(); });
 }
 
-// A withdrawn service lingers a moment in the daemon's cache.
+// Runs the fixture's service script (stop-daemon, start-daemon) on its folder.
+inline bool mdnsScript(const QString& command)
+{
+    QProcess script;
+    script.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    script.start(QStringLiteral(OSTREL_MDNS_SCRIPT), {command, QStringLiteral(OSTREL_MDNS_DIR)});
+    return script.waitForFinished(30000) && script.exitStatus() == QProcess::NormalExit
+        && script.exitCode() == 0;
+}
+
+// The daemon running (again, if a test stopped it), and no crew service of an earlier test
+// announced any more: a withdrawn one lingers a moment in the daemon's cache.
 inline bool noCrewAnnounced()
 {
+    if (QProcess::execute(QStringLiteral("avahi-daemon"), {QStringLiteral("-c")}) != 0
+        && !mdnsScript(QStringLiteral("start-daemon")))
+        return false;
     return QTest::qWaitFor(
         [] {
             QProcess browse;

@@ -219,6 +219,29 @@ private slots:
         QTRY_COMPARE(a.stations(), QStringList({"FOH Phoenix", "Dock"}));
     }
 
+    void aDaemonThatRestartsLeavesTheLinkUpAndThePrimaryIsFoundAgain()
+    {
+        Crew crew;
+        crew.primary->configure(CrewRole::primary, "FOH Daemon", "");
+        CrewLink& a = crew.add("Patient", "FOH Daemon");
+        int arrived = 0;
+        a.onInterval = [&](const MeasurementInterval&) { ++arrived; };
+        QTRY_VERIFY_WITH_TIMEOUT(crew.isLinked(), linkWait);
+
+        QVERIFY(mdnsScript("stop-daemon"));
+        QTRY_VERIFY_WITH_TIMEOUT(a.availablePrimaries().isEmpty(), linkWait);
+        crew.primary->share(steadyInterval(75.0));
+        QTRY_COMPARE(arrived, 1);
+        QVERIFY(isConnectedTo(a, "FOH Daemon"));
+
+        QVERIFY(mdnsScript("start-daemon"));
+        QTRY_COMPARE_WITH_TIMEOUT(a.availablePrimaries(), QStringList({"FOH Daemon"}), linkWait);
+        crew.primary->configure(CrewRole::standalone, "FOH Daemon", "");
+        QTRY_COMPARE(a.status().kind, Kind::searching);
+        crew.primary->configure(CrewRole::primary, "FOH Daemon", "");
+        QTRY_VERIFY_WITH_TIMEOUT(isConnectedTo(a, "FOH Daemon"), linkWait);
+    }
+
     void configureWithTheSameArgumentsDropsNoConnection()
     {
         Crew crew;
