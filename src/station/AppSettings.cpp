@@ -12,7 +12,8 @@ AppSettings::AppSettings(QSettings& settings, std::chrono::milliseconds syncDela
       sessions_(store_),
       dante_(store_),
       updates_(store_),
-      mics_(store_)
+      mics_(store_),
+      crew_(store_)
 {
 }
 
