@@ -273,7 +273,8 @@ private slots:
         QLabCue timecode = runningCue("T-1", "TC", "Show clock", 10.0);
         timecode.type = QStringLiteral("Timecode");
         model->qlab().simulate(QLabClientState::connected, QStringLiteral("Main Show"),
-            {timecode, runningCue("C-1", "1", "Preshow", 3.0), runningCue("C-2", "2", "Rain", 1.0)});
+            {timecode, runningCue("C-1", "1", "Preshow", 3.0),
+                runningCue("C-2", "2", "Rain", 1.0)});
         const MirrorState state = model->mirrorState();
         QCOMPARE(state.cues.size(), size_t(3));
         QCOMPARE(state.cues.back().id, QString("T-1"));
