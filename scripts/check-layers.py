@@ -35,6 +35,7 @@ LAYERS = {
     "src/updates": (0, "pure logic"),
     "src/updates/client": (1, "drivers"),
     "src/mics/link": (1, "drivers"),
+    "src/crew": (1, "drivers"),
     "src/station": (2, "central model"),
     "src/views": (3, "views"),
     "src/app": (4, "executables"),

@@ -26,7 +26,7 @@ CC=clang CXX=clang++ cmake -S "$root" -B "$build" -G Ninja \
 
 # Each target with its seed folder under tests/fuzz/corpus.
 targets=(qlab_decode_fuzzer:qlab correction_file_fuzzer:correction g4_text_fuzzer:g4
-  ewdx_json_fuzzer:ewdx-json ewdx_event_fuzzer:ewdx-events)
+  ewdx_json_fuzzer:ewdx-json ewdx_event_fuzzer:ewdx-events crew_frame_fuzzer:crew)
 
 cmake --build "$build" --target "${targets[@]%%:*}"
 

@@ -98,17 +98,17 @@ class CheckLayersTest(unittest.TestCase):
         self.assertNotIn("src/recording", output)
 
     def test_a_folder_missing_from_the_table_is_an_error(self):
-        code, output = self.run_on({"src/crew/Link.h": "#pragma once\n"})
+        code, output = self.run_on({"src/intercom/Link.h": "#pragma once\n"})
         self.assertEqual(code, 2, output)
-        self.assertIn("src/crew has no layer", output)
+        self.assertIn("src/intercom has no layer", output)
 
     def test_an_include_into_a_folder_missing_from_the_table_is_an_error(self):
         code, output = self.run_on({
-            "src/app/main.cpp": '#include "crew/Link.h"\n',
-            "src/crew/README.md": "Not code.\n",
+            "src/app/main.cpp": '#include "intercom/Link.h"\n',
+            "src/intercom/README.md": "Not code.\n",
         })
         self.assertEqual(code, 2, output)
-        self.assertIn("src/crew has no layer (seen at src/app/main.cpp:1)", output)
+        self.assertIn("src/intercom has no layer (seen at src/app/main.cpp:1)", output)
 
 
 if __name__ == "__main__":
