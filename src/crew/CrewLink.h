@@ -20,9 +20,11 @@
 #include "common/Date.h"
 #include "measurement/MeasurementInterval.h"
 #include "network/ChatMessage.h"
+#include "network/CrewMessage.h"
 #include "network/CrewRole.h"
 #include "network/MirrorState.h"
 #include "network/QuickAlert.h"
+#include "network/avahi/DnsSdService.h"
 
 class QTcpServer;
 
@@ -32,7 +34,16 @@ class CrewConnection;
 class DnsSdBrowser;
 class DnsSdClient;
 class DnsSdPublisher;
-struct DnsSdService;
+
+// The described waits of the crew link; tests shorten them. Outside the class, so that its
+// defaults can serve as a default argument of the link's constructor.
+struct CrewLinkTimings {
+    std::chrono::milliseconds retryAfterFailure {3000};
+    std::chrono::milliseconds retryAfterLoss {2000};
+    std::chrono::milliseconds watchdogTick {500};
+    std::chrono::milliseconds dnsSdRetry {5000}; // the Avahi client's, while no daemon
+    double silenceLimit = 2.0; // seconds without an interval before the readings aren't live
+};
 
 // The described waits; tests shorten them.
 struct CrewLinkTimings {
@@ -144,6 +155,34 @@ private:
 
     // The rest is the implementation's: listener, publisher, browser, connections, watchdog
     // and retry timers, and the handlers of each side.
+    void startSharing();
+    void stopSharing();
+    void accept();
+    void listenerFailed(const QString& error);
+    void handleFromSecondary(const CrewMessage& message, CrewConnection* connection);
+    void updateStations();
+    void broadcast(const CrewMessage& message, const CrewConnection* except = nullptr);
+    void startSearching();
+    void browserFailed();
+    void serviceFound(const QString& name);
+    void serviceResolved(const DnsSdService& service);
+    void serviceLost(const QString& name);
+    void updateAvailablePrimaries();
+    void connectIfNeeded();
+    void primaryLost(CrewConnection* connection);
+    void handleFromPrimary(const CrewMessage& message);
+    void deliver(const CrewMessage& message);
+    void receive(const ChatMessage& message, bool counting);
+    void applyAcknowledgement(const QUuid& id, const QString& station);
+    void watchdogTick();
+    void retry(std::chrono::milliseconds after, std::function<void()> action);
+    void discard(CrewConnection* connection);
+    void setStatus(Status status);
+    void setStations(QStringList stations);
+    void setReceiving(bool receiving);
+    void setPrimaryName(std::optional<QString> name);
+    void setUnreadCount(int count);
+    static QString resolvedStationName(const QString& stationName);
 
     std::unique_ptr<DnsSdClient> dnsSd_;
     Timings timings_;
@@ -160,6 +199,19 @@ private:
     int urgentFlashCount_ = 0;
     bool isChatVisible_ = false;
     QString preferredPrimary_;
+
+    std::unique_ptr<QTcpServer> listener_;
+    std::unique_ptr<DnsSdPublisher> publisher_;
+    std::vector<CrewConnection*> secondaries_;
+    std::unique_ptr<DnsSdBrowser> browser_;
+    std::map<QString, DnsSdService> endpoints_;
+    // Announced names, resolved or not.
+    QStringList announced_;
+    CrewConnection* upstream_ = nullptr;
+    std::optional<Date> lastIntervalDate_;
+    QTimer watchdog_;
+    QTimer retryTimer_;
+    std::function<void()> retryAction_;
 };
 
 } // namespace ostrel

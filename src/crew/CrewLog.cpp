@@ -1,0 +1,3 @@
+#include "crew/CrewLog.h"
+
+Q_LOGGING_CATEGORY(ostrelCrew, "ostrel.crew")
