@@ -45,15 +45,6 @@ struct CrewLinkTimings {
     double silenceLimit = 2.0; // seconds without an interval before the readings aren't live
 };
 
-// The described waits; tests shorten them.
-struct CrewLinkTimings {
-    std::chrono::milliseconds retryAfterFailure {3000};
-    std::chrono::milliseconds retryAfterLoss {2000};
-    std::chrono::milliseconds watchdogTick {500};
-    std::chrono::milliseconds dnsSdRetry {5000}; // the Avahi client's, while no daemon
-    double silenceLimit = 2.0; // seconds without an interval before the readings aren't live
-};
-
 class CrewLink : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString role READ roleText NOTIFY roleChanged)

@@ -151,6 +151,8 @@ private slots:
         state.danteDevices = {DanteDevice {QStringLiteral("Stage-Box-1"), {}, {}, {}, {}, true,
             model->currentDate(), model->currentDate()}};
         model->applyMirror(state);
+        // The Dante roster reaches its list at the next turn of the event loop.
+        settle();
         QCOMPARE(model->meter().statistics(), state.statistics);
         QCOMPARE(model->qlab().state(), QLabClientState::connected);
         QCOMPARE(model->qlab().runningCues().size(), size_t(1));
@@ -235,6 +237,7 @@ private slots:
         auto model = make(AppModel::Mode::live, "secondary");
         model->start();
         model->applyMirror(primaryState());
+        settle();
         QSignalSpy qlabState(&model->qlab(), &QLabClient::stateChanged);
         QSignalSpy workspace(&model->qlab(), &QLabClient::workspaceNameChanged);
         QSignalSpy cues(&model->qlab(), &QLabClient::runningCuesChanged);

@@ -98,6 +98,7 @@ private slots:
         QTest::qWait(1000);
         const double there = number(primary->now(), "level");
         const double here = number(secondary->now(), "level");
+        qInfo("primary reads %.1f dB, the secondary shows %.1f dB", there, here);
         QVERIFY2(std::fabs(here - there) <= 0.1,
             qPrintable(QStringLiteral("primary %1, secondary %2").arg(there).arg(here)));
         QVERIFY(!secondary->now().value("audioRunning").toBool());
