@@ -655,6 +655,23 @@ TEST_F(QLabFollowerTest, SimulatePublishesWithoutAConnectionAndDisables)
     EXPECT_EQ(configure(), Effects {Effect {Effect::ScheduleReconnect {600}}});
 }
 
+TEST_F(QLabFollowerTest, RepeatedSimulationsOfARunningCueNeverPublishAnEmptyListBetween)
+{
+    QLabCue cue;
+    cue.id = "mirrored-1";
+    cue.type = "Audio";
+    for (int i = 0; i < 10; ++i) {
+        cue.actionElapsed = 0.5 * i;
+        const Effects effects = follower.simulate(State::connected, QString("Main Show"), {cue});
+        for (const Effect& effect : effects) {
+            if (const auto* changed = std::get_if<Effect::RunningCuesChanged>(&effect.value)) {
+                EXPECT_EQ(ids(changed->cues), QStringList {"mirrored-1"}) << "update " << i;
+            }
+        }
+    }
+    EXPECT_EQ(ids(follower.runningCues()), QStringList {"mirrored-1"});
+}
+
 TEST_F(QLabFollowerTest, MalformedTrafficIsDroppedAndChangesNothing)
 {
     connectToWorkspace();
