@@ -1,7 +1,8 @@
 #pragma once
 
 // The Calibration page of the settings: the offset, the date and the reference level as text,
-// whether the assistant can measure now, and the advanced offset with its reset.
+// whether the assistant can measure now, the microphone's correction file with what it covers and
+// why a file was refused, and the advanced offset with its reset.
 #include <QPointer>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>

@@ -267,10 +267,12 @@ QSGNode* ResponseChart::updatePaintNode(QSGNode* old, UpdatePaintNodeData*)
     const double w = width();
     const double h = height();
     std::vector<QRectF> grid;
+    // Whole pixels: renderers without antialiasing drop thinner rectangles.
     for (double frequency : frequencyMarks)
-        grid.emplace_back(std::min(xFor(frequency, w), w - 0.5), 0.0, 0.5, h);
+        grid.emplace_back(std::floor(std::min(xFor(frequency, w), w - 1.0)), 0.0, 1.0, h);
     for (double level : levelMarks)
-        if (level != 0.0) grid.emplace_back(0.0, std::min(yFor(level, h), h - 0.5), w, 0.5);
+        if (level != 0.0)
+            grid.emplace_back(0.0, std::floor(std::min(yFor(level, h), h - 1.0)), w, 1.0);
     syncRectangles(root->firstChild(), window(), grid, gridColor_);
     syncRectangles(root->firstChild()->nextSibling(), window(),
         {QRectF(0.0, yFor(0.0, h) - 0.5, w, 1.0)}, ruleColor_);
