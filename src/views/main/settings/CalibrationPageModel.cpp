@@ -4,7 +4,9 @@
 #include <QLocale>
 #include <cmath>
 
+#include "views/components/FrequencyText.h"
 #include "views/components/Theme.h"
+#include "views/main/settings/CorrectionFile.h"
 
 namespace ostrel {
 
@@ -86,7 +88,43 @@ QString CalibrationPageModel::correctionText() const
 
 void CalibrationPageModel::removeCorrection()
 {
+    setLoadError({});
     if (measurement_) measurement_->setMicrophoneCorrection(std::nullopt);
+}
+
+QString CalibrationPageModel::coversText() const
+{
+    if (!hasCorrection()) return {};
+    const auto& correction = *measurement_->microphoneCorrection();
+    const auto [lowest, highest] = correction.frequencyRange();
+    return FrequencyText::hertz(lowest) + QStringLiteral(" \u2013 ") + FrequencyText::hertz(highest)
+        + QStringLiteral(", ") + QString::number(static_cast<long long>(correction.points().size()))
+        + QStringLiteral(" points");
+}
+
+bool CalibrationPageModel::loadCorrectionFile(const QUrl& file)
+{
+    auto loaded = CorrectionFile::load(file.isLocalFile() ? file.toLocalFile() : file.toString());
+    if (const auto* message = std::get_if<QString>(&loaded)) {
+        setLoadError(*message);
+        return false;
+    }
+    setLoadError({});
+    if (measurement_)
+        measurement_->setMicrophoneCorrection(std::get<MicrophoneCorrection>(std::move(loaded)));
+    return true;
+}
+
+int CalibrationPageModel::warningColorRole()
+{
+    return static_cast<int>(Theme::Role::orange);
+}
+
+void CalibrationPageModel::setLoadError(const QString& value)
+{
+    if (loadError_ == value) return;
+    loadError_ = value;
+    emit loadErrorChanged();
 }
 
 void CalibrationPageModel::attach()

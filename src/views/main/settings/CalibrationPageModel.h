@@ -1,8 +1,10 @@
 #pragma once
 
 // The Calibration page of the settings: the offset, the date and the reference level as text,
-// whether the assistant can measure now, and the advanced offset with its reset.
+// whether the assistant can measure now, the microphone's correction file with what it covers and
+// why a file was refused, and the advanced offset with its reset.
 #include <QPointer>
+#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 #include "audio/AudioInput.h"
@@ -29,6 +31,9 @@ class CalibrationPageModel : public ostrel::ViewModel {
     Q_PROPERTY(int destructiveColorRole READ destructiveColorRole CONSTANT)
     Q_PROPERTY(QString correctionText READ correctionText NOTIFY valuesChanged)
     Q_PROPERTY(bool hasCorrection READ hasCorrection NOTIFY valuesChanged)
+    Q_PROPERTY(QString coversText READ coversText NOTIFY valuesChanged)
+    Q_PROPERTY(QString loadError READ loadError NOTIFY loadErrorChanged)
+    Q_PROPERTY(int warningColorRole READ warningColorRole CONSTANT)
 
 public:
     explicit CalibrationPageModel(QObject* parent = nullptr);
@@ -66,13 +71,24 @@ public:
     // The correction file's name, or "None".
     QString correctionText() const;
     bool hasCorrection() const { return measurement_ && measurement_->microphoneCorrection(); }
+    // Removes the correction in force, and with it any message of a failed load.
     Q_INVOKABLE void removeCorrection();
+    // "20.0 Hz – 20.0 kHz, 200 points"; empty without a correction.
+    QString coversText() const;
+    // Why the last file chosen was refused; empty after a success or a removal.
+    const QString& loadError() const { return loadError_; }
+    // Reads the chosen calibration file and, when it parses, puts it in force. A file that fails
+    // leaves the correction in force as it was and says why in `loadError`.
+    Q_INVOKABLE bool loadCorrectionFile(const QUrl& file);
+    // The failed load's symbol is drawn in orange.
+    static int warningColorRole();
 
 signals:
     void measurementChanged();
     void audioChanged();
     void modeChanged();
     void valuesChanged();
+    void loadErrorChanged();
 
 protected:
     void attach() override;
@@ -82,6 +98,9 @@ private:
     QPointer<MeasurementSettings> measurement_;
     QPointer<AudioInput> audio_;
     AppModel::Mode mode_ = AppModel::Mode::inert;
+    QString loadError_;
+
+    void setLoadError(const QString& value);
 };
 
 } // namespace ostrel

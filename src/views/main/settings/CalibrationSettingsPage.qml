@@ -5,13 +5,15 @@ import Ostrel.Components
 import Ostrel.Calibration
 import Ostrel.Main
 
-// The Calibration page: the calibration in force, the assistant, and the advanced offset.
+// The Calibration page: the calibration in force, the assistant, the microphone correction and
+// the advanced offset.
 ScrollView {
     id: root
 
     required property AppModel appModel
     readonly property CalibrationPageModel page: pageModel
     readonly property CalibrationAssistant assistant: calibrationAssistant
+    readonly property MicrophoneCorrectionSection correction: correctionSection
     property bool showsAdvanced: false
 
     contentWidth: availableWidth
@@ -62,25 +64,11 @@ ScrollView {
             onClicked: calibrationAssistant.present()
         }
 
-        SettingsHeader {
-            text: "Microphone Correction"
-        }
-        SettingsRow {
-            title: "Correction File"
-            Label {
-                objectName: "correctionText"
-                text: pageModel.correctionText
-                color: Theme.secondary
-            }
-            Button {
-                objectName: "removeCorrectionButton"
-                visible: pageModel.hasCorrection
-                text: "Remove"
-                onClicked: pageModel.removeCorrection()
-            }
-        }
-        SettingsFooter {
-            text: "Corrects the spectrum and dB SPL for your microphone's frequency response. Use the on-axis (0°) file if the microphone points at the stage. The correction is zero at 1 kHz, so your calibrator reading still holds. Microphones such as the Behringer ECM8000 don't come with a file of their own; calibration labs can measure yours and supply one."
+        MicrophoneCorrectionSection {
+            id: correctionSection
+            Layout.fillWidth: true
+            page: pageModel
+            measurement: root.appModel.settings.measurement
         }
 
         Button {
