@@ -18,7 +18,7 @@ CrewConnection::CrewConnection(QTcpSocket* socket, QObject* parent)
     socket_->setReadBufferSize(socketReadBuffer);
     connectTimer_.setSingleShot(true);
     connect(&connectTimer_, &QTimer::timeout, this, [this] {
-        qCWarning(ostrelCrew, "Crew connection failed: %s", "no answer in time");
+        qCCritical(ostrelCrew, "Crew connection failed: %s", "no answer in time");
         close();
     });
 }
@@ -68,7 +68,7 @@ void CrewConnection::becomeReady()
     if (isClosed_ || isReady_ || !socket_) return;
     connectTimer_.stop();
     if (!applyParameters(*socket_))
-        qCWarning(ostrelCrew, "Crew connection failed: %s", "keep-alive could not be set");
+        qCCritical(ostrelCrew, "Crew connection failed: %s", "keep-alive could not be set");
     isReady_ = true;
     const QPointer<CrewConnection> self(this);
     if (onReady) onReady();
@@ -82,7 +82,7 @@ void CrewConnection::send(const CrewMessage& message)
     if (!bytes) return;
     socket_->write(*bytes);
     if (socket_->bytesToWrite() > sendBacklogLimit) {
-        qCWarning(ostrelCrew, "Crew connection failed: %s", "the peer has stopped reading");
+        qCCritical(ostrelCrew, "Crew connection failed: %s", "the peer has stopped reading");
         close();
     }
 }
@@ -148,7 +148,7 @@ void CrewConnection::failed()
         peerClosed();
         return;
     }
-    qCWarning(ostrelCrew, "Crew connection failed: %s", qUtf8Printable(socket_->errorString()));
+    qCCritical(ostrelCrew, "Crew connection failed: %s", qUtf8Printable(socket_->errorString()));
     close();
 }
 

@@ -1,5 +1,7 @@
 #include "crew/CrewLink.h"
 
+#include <avahi-common/error.h>
+
 #include <algorithm>
 
 #include <QPointer>
@@ -44,12 +46,34 @@ CrewLink::CrewLink(Timings timings, std::function<Date()> clock, QObject* parent
         endpoints_.clear();
         updateAvailablePrimaries();
     });
+    connect(dnsSd_.get(), &DnsSdClient::stateChanged, this, &CrewLink::updateProblem);
+    connect(this, &CrewLink::roleChanged, this, &CrewLink::updateProblem);
     retryTimer_.setSingleShot(true);
     connect(&retryTimer_, &QTimer::timeout, this, [this] {
         const auto action = std::move(retryAction_);
         retryAction_ = nullptr;
         if (action) action();
     });
+}
+
+QString CrewLink::problemText(CrewRole role, const QString& daemonError)
+{
+    const QString what = role == CrewRole::primary
+        ? QStringLiteral("Secondaries can't find this computer")
+        : QStringLiteral("The primary can't be found");
+    if (daemonError == QString::fromUtf8(avahi_strerror(AVAHI_ERR_NO_DAEMON)))
+        return what + QStringLiteral(": the Avahi daemon isn't running.");
+    return what + QStringLiteral(": ") + daemonError + u'.';
+}
+
+void CrewLink::updateProblem()
+{
+    const QString problem = isInCrew() && dnsSd_->state() == DnsSdClient::State::unavailable
+        ? problemText(role_, dnsSd_->errorText())
+        : QString();
+    if (problem == problem_) return;
+    problem_ = problem;
+    emit problemChanged();
 }
 
 CrewLink::~CrewLink()
@@ -67,9 +91,14 @@ QString CrewLink::roleText() const
 
 QString CrewLink::resolvedStationName(const QString& stationName)
 {
-    if (!stationName.trimmed().isEmpty()) return stationName;
+    // Blank is spaces and tabs only: a name of line ends is the user's, odd as it is.
+    const auto isBlank = [](const QString& text) {
+        return std::all_of(text.begin(), text.end(),
+            [](QChar c) { return c == u'\t' || c.category() == QChar::Separator_Space; });
+    };
+    if (!isBlank(stationName)) return stationName;
     const QString computer = QSysInfo::machineHostName();
-    return computer.trimmed().isEmpty() ? QStringLiteral("Ostrel Live") : computer;
+    return isBlank(computer) ? QStringLiteral("Ostrel Live") : computer;
 }
 
 void CrewLink::configure(CrewRole role, const QString& stationName, const QString& preferredPrimary)
@@ -155,7 +184,7 @@ void CrewLink::startSharing()
     // leave the rest waiting for the kernel's slow retries.
     server->setListenBacklogSize(listenBacklog);
     if (!server->listen(QHostAddress::Any, 0)) {
-        qCWarning(ostrelCrew, "Couldn't start sharing: %s", qUtf8Printable(server->errorString()));
+        qCCritical(ostrelCrew, "Couldn't start sharing: %s", qUtf8Printable(server->errorString()));
         retry(timings_.retryAfterFailure, [this] {
             if (role_ == CrewRole::primary && !listener_) startSharing();
         });
@@ -190,7 +219,7 @@ void CrewLink::stopSharing()
 void CrewLink::listenerFailed(const QString& error)
 {
     if (!listener_) return;
-    qCWarning(ostrelCrew, "Crew listener failed: %s", qUtf8Printable(error));
+    qCCritical(ostrelCrew, "Crew listener failed: %s", qUtf8Printable(error));
     stopSharing();
     retry(timings_.retryAfterFailure, [this] {
         if (role_ == CrewRole::primary && !listener_) startSharing();

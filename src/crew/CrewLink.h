@@ -60,6 +60,7 @@ class CrewLink : public QObject {
     Q_PROPERTY(QString primaryName READ primaryNameText NOTIFY primaryNameChanged)
     Q_PROPERTY(int unreadCount READ unreadCount NOTIFY unreadCountChanged)
     Q_PROPERTY(int urgentFlashCount READ urgentFlashCount NOTIFY urgentFlashCountChanged)
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
     Q_PROPERTY(
         bool isChatVisible READ isChatVisible WRITE setChatVisible NOTIFY isChatVisibleChanged)
 
@@ -117,6 +118,10 @@ public:
     int unreadCount() const { return unreadCount_; }
     // Rises by one per urgent arrival and never falls; views watch it for change.
     int urgentFlashCount() const { return urgentFlashCount_; }
+    // Why other stations can't be found or can't find this one, in words for the operator;
+    // empty while DNS-SD works or outside a crew.
+    QString problem() const { return problem_; }
+    static QString problemText(CrewRole role, const QString& daemonError);
     bool isChatVisible() const { return isChatVisible_; }
     void setChatVisible(bool visible);
     // Urgent messages of others this station has not acknowledged yet, in `messages` order.
@@ -139,6 +144,7 @@ signals:
     void unreadCountChanged();
     void urgentFlashCountChanged();
     void isChatVisibleChanged();
+    void problemChanged();
 
 private:
     QString roleText() const;
@@ -189,6 +195,8 @@ private:
     int unreadCount_ = 0;
     int urgentFlashCount_ = 0;
     bool isChatVisible_ = false;
+    QString problem_;
+    void updateProblem();
     QString preferredPrimary_;
 
     std::unique_ptr<QTcpServer> listener_;

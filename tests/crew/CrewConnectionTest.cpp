@@ -225,7 +225,7 @@ private slots:
         int ready = 0;
         connection.onClose = [&] { ++closed; };
         connection.onReady = [&] { ++ready; };
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^Crew connection failed: .+"));
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("^Crew connection failed: .+"));
         socket->connectToHost(QHostAddress::LocalHost, port);
         connection.start();
         QTRY_COMPARE(closed, 1);
@@ -243,7 +243,7 @@ private slots:
         for (int index = 0; index < 50'000; ++index)
             roster.stations.append(QString("Station %1").arg(index));
         const qint64 frameSize = CrewFraming::frame(roster)->size();
-        QTest::ignoreMessage(QtWarningMsg, "Crew connection failed: the peer has stopped reading");
+        QTest::ignoreMessage(QtCriticalMsg, "Crew connection failed: the peer has stopped reading");
         qint64 sent = 0;
         while (pair.closeCount == 0 && sent < 200 * 1024 * 1024) {
             pair.connection->send(roster);

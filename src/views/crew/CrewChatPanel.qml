@@ -42,6 +42,22 @@ Pane {
             Layout.margins: 12
             crew: root.crew
         }
+        Label {
+            objectName: "crewProblem"
+            Layout.fillWidth: true
+            Layout.leftMargin: 12
+            Layout.rightMargin: 12
+            Layout.bottomMargin: 12
+            visible: problemStatus.problem !== ""
+            text: problemStatus.problem
+            wrapMode: Text.WordWrap
+            color: Theme.colors[problemStatus.problemColorRole]
+
+            CrewStatusModel {
+                id: problemStatus
+                crew: root.crew
+            }
+        }
         Rectangle { Layout.fillWidth: true; implicitHeight: 1; color: Theme.quaternary }
 
         Item {

@@ -73,9 +73,18 @@ ScrollView {
                 color: Theme.primary
             }
             CrewStatusLabel {
+                id: settingsStatus
                 objectName: "crewSettingsStatus"
                 crew: root.appModel.crew
             }
+        }
+        Label {
+            objectName: "crewSettingsProblem"
+            Layout.fillWidth: true
+            visible: pageModel.showsStatus && settingsStatus.status.problem !== ""
+            text: settingsStatus.status.problem
+            wrapMode: Text.WordWrap
+            color: Theme.colors[settingsStatus.status.problemColorRole]
         }
 
         Label {

@@ -49,6 +49,7 @@ void CrewStatusModel::attach()
     const auto update = [this] { refresh(); };
     track(connect(crew_, &CrewLink::statusChanged, this, update));
     track(connect(crew_, &CrewLink::isReceivingChanged, this, update));
+    track(connect(crew_, &CrewLink::problemChanged, this, update));
 }
 
 void CrewStatusModel::refresh()
@@ -57,9 +58,11 @@ void CrewStatusModel::refresh()
     const bool receiving = crew_ && crew_->isReceiving();
     const QString newText = text(status, receiving);
     const Theme::Role newRole = colorRole(status, receiving);
-    if (newText == text_ && newRole == colorRole_) return;
+    const QString newProblem = crew_ ? crew_->problem() : QString();
+    if (newText == text_ && newRole == colorRole_ && newProblem == problem_) return;
     text_ = newText;
     colorRole_ = newRole;
+    problem_ = newProblem;
     emit statusChanged();
 }
 

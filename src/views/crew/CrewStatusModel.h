@@ -18,6 +18,9 @@ class CrewStatusModel : public ostrel::ViewModel {
     Q_PROPERTY(ostrel::CrewLink* crew READ crew WRITE setCrew NOTIFY crewChanged)
     Q_PROPERTY(QString text READ text NOTIFY statusChanged)
     Q_PROPERTY(int colorRole READ colorRole NOTIFY statusChanged)
+    // Why DNS-SD can't be used, said plainly under the status; empty while it works.
+    Q_PROPERTY(QString problem READ problem NOTIFY statusChanged)
+    Q_PROPERTY(int problemColorRole READ problemColorRole CONSTANT)
 
 public:
     explicit CrewStatusModel(QObject* parent = nullptr);
@@ -31,6 +34,8 @@ public:
 
     QString text() const { return text_; }
     int colorRole() const { return static_cast<int>(colorRole_); }
+    QString problem() const { return problem_; }
+    static int problemColorRole() { return static_cast<int>(Theme::Role::orange); }
 
 signals:
     void crewChanged();
@@ -43,6 +48,7 @@ protected:
 private:
     QPointer<CrewLink> crew_;
     QString text_;
+    QString problem_;
     Theme::Role colorRole_ = Theme::Role::secondary;
 };
 
