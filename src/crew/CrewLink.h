@@ -43,14 +43,14 @@ class CrewLink : public QObject {
     Q_PROPERTY(QString statusPeer READ statusPeer NOTIFY statusChanged)
     Q_PROPERTY(QString stationName READ stationName NOTIFY stationNameChanged)
     Q_PROPERTY(QStringList stations READ stations NOTIFY stationsChanged)
-    Q_PROPERTY(QStringList availablePrimaries READ availablePrimaries NOTIFY
-            availablePrimariesChanged)
+    Q_PROPERTY(
+        QStringList availablePrimaries READ availablePrimaries NOTIFY availablePrimariesChanged)
     Q_PROPERTY(bool isReceiving READ isReceiving NOTIFY isReceivingChanged)
     Q_PROPERTY(QString primaryName READ primaryNameText NOTIFY primaryNameChanged)
     Q_PROPERTY(int unreadCount READ unreadCount NOTIFY unreadCountChanged)
     Q_PROPERTY(int urgentFlashCount READ urgentFlashCount NOTIFY urgentFlashCountChanged)
-    Q_PROPERTY(bool isChatVisible READ isChatVisible WRITE setChatVisible NOTIFY
-            isChatVisibleChanged)
+    Q_PROPERTY(
+        bool isChatVisible READ isChatVisible WRITE setChatVisible NOTIFY isChatVisibleChanged)
 
 public:
     enum class StatusKind { sharing, connecting, connected, off, searching };
@@ -80,7 +80,8 @@ public:
 
     // `clock` gives every date the link takes. The link has an Avahi client of its own, started
     // only while it is in a crew.
-    explicit CrewLink(Timings timings = {},
+    explicit CrewLink(
+        Timings timings = {},
         std::function<Date()> clock = [] { return std::chrono::system_clock::now(); },
         QObject* parent = nullptr);
     ~CrewLink() override;

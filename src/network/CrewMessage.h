@@ -53,9 +53,8 @@ struct Roster {
 
 } // namespace CrewMessages
 
-using CrewMessage = std::variant<CrewMessages::Hello, CrewMessages::Interval,
-    CrewMessages::State, CrewMessages::Chat, CrewMessages::Acknowledge, CrewMessages::History,
-    CrewMessages::Roster>;
+using CrewMessage = std::variant<CrewMessages::Hello, CrewMessages::Interval, CrewMessages::State,
+    CrewMessages::Chat, CrewMessages::Acknowledge, CrewMessages::History, CrewMessages::Roster>;
 
 namespace CrewMessageJson {
 
