@@ -19,6 +19,8 @@ SPLProcessor::SPLProcessor(double sampleRate, FrequencyWeighting weighting, Time
       calibrationOffset_(calibrationOffset),
       correction_(std::move(correction)),
       filter_(weighting, sampleRate),
+      exposureA_(FrequencyWeighting::a, sampleRate),
+      exposureC_(FrequencyWeighting::c, sampleRate),
       calibrationGain_(SPLMath::power(calibrationOffset)),
       fastAlpha_(SPLMath::timeWeightingCoefficient(timeConstant(TimeWeighting::fast), sampleRate)),
       slowAlpha_(SPLMath::timeWeightingCoefficient(timeConstant(TimeWeighting::slow), sampleRate))
@@ -31,6 +33,9 @@ void SPLProcessor::setWeighting(FrequencyWeighting weighting)
     if (weighting == weighting_) return;
     weighting_ = weighting;
     filter_ = WeightingFilter(weighting, sampleRate_);
+    // The exposure filter that the meter's stood in for starts afresh, as the meter's does.
+    exposureA_.reset();
+    exposureC_.reset();
 }
 
 void SPLProcessor::setCalibrationOffset(double offset) noexcept
@@ -129,6 +134,54 @@ void SPLProcessor::accumulate(std::span<const float> raw, std::span<const float>
     intervalRawEnergy_ += rawSum;
     intervalEnergy_ += energySum;
     intervalSamples_ += static_cast<std::int64_t>(raw.size());
+    accumulateExposure(input);
+}
+
+namespace {
+
+template <bool RunsA, bool RunsC> struct ExposureAccumulator {
+    double energy = 0.0;
+    double peak;
+
+    void run(std::span<const float> input, WeightingFilter& a, WeightingFilter& c) noexcept
+    {
+        Biquad ah = a.highPass(), am = a.mid(), al = a.lowPass();
+        Biquad ch = c.highPass(), cm = c.mid(), cl = c.lowPass();
+        const double aGain = a.gain(), cGain = c.gain();
+        for (const float sample : input) {
+            const double x = FiniteSamples::isFinite(sample) ? sample : 0.0;
+            if constexpr (RunsA) {
+                const double y = aGain * al.process(am.process(ah.process(x)));
+                energy += y * y;
+            }
+            if constexpr (RunsC) {
+                const double y = cGain * cl.process(cm.process(ch.process(x)));
+                if (y * y > peak) peak = y * y;
+            }
+        }
+        if constexpr (RunsA) a.setState(ah, am, al);
+        if constexpr (RunsC) c.setState(ch, cm, cl);
+    }
+};
+
+} // namespace
+
+void SPLProcessor::accumulateExposure(std::span<const float> input) noexcept
+{
+    if (weighting_ == FrequencyWeighting::a) {
+        ExposureAccumulator<false, true> run {0.0, intervalExposurePeak_};
+        run.run(input, exposureA_, exposureC_);
+        intervalExposurePeak_ = run.peak;
+    } else if (weighting_ == FrequencyWeighting::c) {
+        ExposureAccumulator<true, false> run {0.0, 0.0};
+        run.run(input, exposureA_, exposureC_);
+        intervalExposureEnergy_ += run.energy;
+    } else {
+        ExposureAccumulator<true, true> run {0.0, intervalExposurePeak_};
+        run.run(input, exposureA_, exposureC_);
+        intervalExposureEnergy_ += run.energy;
+        intervalExposurePeak_ = run.peak;
+    }
 }
 
 MeasurementInterval SPLProcessor::takeInterval() noexcept
@@ -142,6 +195,12 @@ MeasurementInterval SPLProcessor::takeInterval() noexcept
     interval.level = currentLevel();
     interval.rawEnergy = intervalRawEnergy_;
     interval.clipped = intervalClipped_;
+    const bool metersA = weighting_ == FrequencyWeighting::a;
+    const bool metersC = weighting_ == FrequencyWeighting::c;
+    interval.exposureEnergy
+        = (metersA ? intervalEnergy_ : intervalExposureEnergy_) * calibrationGain_;
+    interval.exposurePeakPower
+        = (metersC ? intervalPeak_ : intervalExposurePeak_) * calibrationGain_;
 
     intervalSamples_ = 0;
     intervalNonFinite_ = 0;
@@ -150,6 +209,8 @@ MeasurementInterval SPLProcessor::takeInterval() noexcept
     intervalPeak_ = 0.0;
     intervalMaxState_ = 0.0;
     intervalClipped_ = false;
+    intervalExposureEnergy_ = 0.0;
+    intervalExposurePeak_ = 0.0;
     return interval;
 }
 
@@ -157,6 +218,9 @@ void SPLProcessor::reset() noexcept
 {
     filter_.reset();
     if (correctionFilter_) correctionFilter_->reset();
+    exposureA_.reset();
+    exposureC_.reset();
+    intervalExposureEnergy_ = intervalExposurePeak_ = 0.0;
     fastState_ = slowState_ = 0.0;
     intervalSamples_ = intervalNonFinite_ = 0;
     intervalEnergy_ = intervalRawEnergy_ = intervalPeak_ = intervalMaxState_ = 0.0;

@@ -50,6 +50,9 @@ public:
 
 private:
     void accumulate(std::span<const float> raw, std::span<const float> input) noexcept;
+    // The exposure's A-weighted energy and C-weighted peak; the meter's own filter stands in for
+    // whichever of the two it is.
+    void accumulateExposure(std::span<const float> input) noexcept;
     double selectedDetector() const noexcept
     {
         return response_ == TimeWeighting::fast ? fastState_ : slowState_;
@@ -62,6 +65,8 @@ private:
     std::optional<MicrophoneCorrection> correction_;
     WeightingFilter filter_;
     std::optional<CorrectionFilter> correctionFilter_;
+    WeightingFilter exposureA_;
+    WeightingFilter exposureC_;
     double calibrationGain_;
     double fastAlpha_;
     double slowAlpha_;
@@ -74,6 +79,8 @@ private:
     double intervalPeak_ = 0.0;
     double intervalMaxState_ = 0.0;
     bool intervalClipped_ = false;
+    double intervalExposureEnergy_ = 0.0;
+    double intervalExposurePeak_ = 0.0;
 };
 
 } // namespace ostrel
