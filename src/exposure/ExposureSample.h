@@ -9,6 +9,8 @@ struct ExposureSample {
     double duration = 0.0; // seconds
     // C-weighted calibrated highest squared sample.
     double cPeakPower = 0.0;
+
+    bool operator==(const ExposureSample&) const = default;
 };
 
 } // namespace ostrel
