@@ -71,17 +71,26 @@ void SPLProcessor::process(std::span<const float> samples)
 namespace {
 
 // The per-sample loop, with every coefficient and state word in a local so that the compiler
-// keeps the whole chain in registers. `Weighted` is false for Z, which passes samples untouched.
-template <bool Weighted> struct Accumulator {
-    double fast, slow, peak, maxState, rawSum = 0.0, energySum = 0.0;
+// keeps the whole chain in registers. A and C weighting share their outer sections (the 20.6 Hz
+// high pass and the 12.2 kHz low pass) and A adds one middle section, so one pass computes the
+// meter's weighting and the exposure's A energy and C peak: under A the C signal is tapped before
+// the middle section, under C the A signal is that section applied to it, and under Z the
+// exposure runs the three sections of its own.
+template <FrequencyWeighting Meter> struct Accumulator {
+    double fast, slow, peak, maxState, exposurePeak;
     bool clipped;
+    double rawSum = 0.0, energySum = 0.0, exposureEnergy = 0.0;
     std::int64_t nonFinite = 0;
 
-    void run(std::span<const float> raw, std::span<const float> input, WeightingFilter& filter,
-        double fastAlpha, double slowAlpha, bool readsFast) noexcept
+    void run(std::span<const float> raw, std::span<const float> input, WeightingFilter& meter,
+        WeightingFilter& exposureA, WeightingFilter& exposureC, double fastAlpha, double slowAlpha,
+        bool readsFast) noexcept
     {
-        Biquad h = filter.highPass(), m = filter.mid(), l = filter.lowPass();
-        const double gain = filter.gain();
+        // Under Z the outer sections are the exposure's; otherwise the meter's.
+        WeightingFilter& outer = Meter == FrequencyWeighting::z ? exposureC : meter;
+        WeightingFilter& middle = Meter == FrequencyWeighting::a ? meter : exposureA;
+        Biquad h = outer.highPass(), l = outer.lowPass(), m = middle.mid();
+        const double gainA = exposureA.gain(), gainC = exposureC.gain();
         const std::size_t count = raw.size();
         for (std::size_t i = 0; i < count; ++i) {
             double r = raw[i];
@@ -92,9 +101,14 @@ template <bool Weighted> struct Accumulator {
                 ++nonFinite;
             }
             if (std::fabs(r) >= clipThreshold) clipped = true;
-            double y = input[i];
-            if (!FiniteSamples::isFinite(y)) y = 0.0;
-            if constexpr (Weighted) y = gain * l.process(m.process(h.process(y)));
+            double x = input[i];
+            if (!FiniteSamples::isFinite(x)) x = 0.0;
+            const double shared = l.process(h.process(x));
+            const double c = gainC * shared;
+            const double a = gainA * m.process(shared);
+            double y = x;
+            if constexpr (Meter == FrequencyWeighting::a) y = a;
+            if constexpr (Meter == FrequencyWeighting::c) y = c;
             const double p = y * y;
             if (p > peak) peak = p;
             fast += fastAlpha * (p - fast);
@@ -103,85 +117,57 @@ template <bool Weighted> struct Accumulator {
             if (selected > maxState) maxState = selected;
             rawSum += r * r;
             energySum += p;
+            if constexpr (Meter != FrequencyWeighting::a) exposureEnergy += a * a;
+            if constexpr (Meter != FrequencyWeighting::c) {
+                const double cp = c * c;
+                if (cp > exposurePeak) exposurePeak = cp;
+            }
         }
-        if constexpr (Weighted) filter.setState(h, m, l);
+        if constexpr (Meter == FrequencyWeighting::a) {
+            meter.setState(h, m, l);
+        } else if constexpr (Meter == FrequencyWeighting::c) {
+            meter.setState(h, meter.mid(), l);
+            exposureA.setState(exposureA.highPass(), m, exposureA.lowPass());
+        } else {
+            exposureC.setState(h, exposureC.mid(), l);
+            exposureA.setState(exposureA.highPass(), m, exposureA.lowPass());
+        }
     }
 };
 
 } // namespace
+
+template <FrequencyWeighting Meter>
+void SPLProcessor::accumulateAs(
+    std::span<const float> raw, std::span<const float> input, bool readsFast) noexcept
+{
+    Accumulator<Meter> a {fastState_, slowState_, intervalPeak_, intervalMaxState_,
+        intervalExposurePeak_, intervalClipped_};
+    a.run(raw, input, filter_, exposureA_, exposureC_, fastAlpha_, slowAlpha_, readsFast);
+    fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
+    intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
+    intervalExposurePeak_ = a.exposurePeak;
+    intervalNonFinite_ += a.nonFinite;
+    intervalRawEnergy_ += a.rawSum;
+    intervalEnergy_ += a.energySum;
+    intervalExposureEnergy_ += a.exposureEnergy;
+}
 
 void SPLProcessor::accumulate(std::span<const float> raw, std::span<const float> input) noexcept
 {
     const bool readsFast = response_ == TimeWeighting::fast;
-    double rawSum = 0.0, energySum = 0.0;
-    std::int64_t nonFinite = 0;
-    if (filter_.weighting() == FrequencyWeighting::z) {
-        Accumulator<false> a {
-            fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0, intervalClipped_};
-        a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
-        fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
-        intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
-        rawSum = a.rawSum, energySum = a.energySum, nonFinite = a.nonFinite;
-    } else {
-        Accumulator<true> a {
-            fastState_, slowState_, intervalPeak_, intervalMaxState_, 0.0, 0.0, intervalClipped_};
-        a.run(raw, input, filter_, fastAlpha_, slowAlpha_, readsFast);
-        fastState_ = a.fast, slowState_ = a.slow, intervalPeak_ = a.peak;
-        intervalMaxState_ = a.maxState, intervalClipped_ = a.clipped;
-        rawSum = a.rawSum, energySum = a.energySum, nonFinite = a.nonFinite;
+    switch (filter_.weighting()) {
+    case FrequencyWeighting::a:
+        accumulateAs<FrequencyWeighting::a>(raw, input, readsFast);
+        break;
+    case FrequencyWeighting::c:
+        accumulateAs<FrequencyWeighting::c>(raw, input, readsFast);
+        break;
+    case FrequencyWeighting::z:
+        accumulateAs<FrequencyWeighting::z>(raw, input, readsFast);
+        break;
     }
-    intervalNonFinite_ += nonFinite;
-    intervalRawEnergy_ += rawSum;
-    intervalEnergy_ += energySum;
     intervalSamples_ += static_cast<std::int64_t>(raw.size());
-    accumulateExposure(input);
-}
-
-namespace {
-
-template <bool RunsA, bool RunsC> struct ExposureAccumulator {
-    double energy = 0.0;
-    double peak;
-
-    void run(std::span<const float> input, WeightingFilter& a, WeightingFilter& c) noexcept
-    {
-        Biquad ah = a.highPass(), am = a.mid(), al = a.lowPass();
-        Biquad ch = c.highPass(), cm = c.mid(), cl = c.lowPass();
-        const double aGain = a.gain(), cGain = c.gain();
-        for (const float sample : input) {
-            const double x = FiniteSamples::isFinite(sample) ? sample : 0.0;
-            if constexpr (RunsA) {
-                const double y = aGain * al.process(am.process(ah.process(x)));
-                energy += y * y;
-            }
-            if constexpr (RunsC) {
-                const double y = cGain * cl.process(cm.process(ch.process(x)));
-                if (y * y > peak) peak = y * y;
-            }
-        }
-        if constexpr (RunsA) a.setState(ah, am, al);
-        if constexpr (RunsC) c.setState(ch, cm, cl);
-    }
-};
-
-} // namespace
-
-void SPLProcessor::accumulateExposure(std::span<const float> input) noexcept
-{
-    if (weighting_ == FrequencyWeighting::a) {
-        ExposureAccumulator<false, true> run {0.0, intervalExposurePeak_};
-        run.run(input, exposureA_, exposureC_);
-        intervalExposurePeak_ = run.peak;
-    } else if (weighting_ == FrequencyWeighting::c) {
-        ExposureAccumulator<true, false> run {0.0, 0.0};
-        run.run(input, exposureA_, exposureC_);
-        intervalExposureEnergy_ += run.energy;
-    } else {
-        ExposureAccumulator<true, true> run {0.0, intervalExposurePeak_};
-        run.run(input, exposureA_, exposureC_);
-        intervalExposureEnergy_ += run.energy;
-        intervalExposurePeak_ = run.peak;
-    }
 }
 
 MeasurementInterval SPLProcessor::takeInterval() noexcept

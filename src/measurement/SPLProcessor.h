@@ -50,9 +50,10 @@ public:
 
 private:
     void accumulate(std::span<const float> raw, std::span<const float> input) noexcept;
-    // The exposure's A-weighted energy and C-weighted peak; the meter's own filter stands in for
-    // whichever of the two it is.
-    void accumulateExposure(std::span<const float> input) noexcept;
+    // One pass of meter and exposure under the meter's weighting.
+    template <FrequencyWeighting Meter>
+    void accumulateAs(
+        std::span<const float> raw, std::span<const float> input, bool readsFast) noexcept;
     double selectedDetector() const noexcept
     {
         return response_ == TimeWeighting::fast ? fastState_ : slowState_;
