@@ -1,6 +1,7 @@
 // Throughput of the measuring path on levels alone (weighting, detectors, interval sums, cut
 // into intervals of a tenth of a second as the pipeline does), in multiples of real time at
-// 48 kHz. The pipeline's spectra are measured in SpectrumBenchmark.
+// 48 kHz. The exposure's A energy and C peak ride in the same pass, whatever the weighting. The
+// pipeline's spectra are measured in SpectrumBenchmark.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -48,6 +49,10 @@ void levelsA(benchmark::State& state)
 {
     pipelineLevels(state, ostrel::FrequencyWeighting::a);
 }
+void levelsC(benchmark::State& state)
+{
+    pipelineLevels(state, ostrel::FrequencyWeighting::c);
+}
 void levelsZ(benchmark::State& state)
 {
     pipelineLevels(state, ostrel::FrequencyWeighting::z);
@@ -56,4 +61,5 @@ void levelsZ(benchmark::State& state)
 } // namespace
 
 BENCHMARK(levelsA)->Arg(480)->Arg(4800);
+BENCHMARK(levelsC)->Arg(480)->Arg(4800);
 BENCHMARK(levelsZ)->Arg(480)->Arg(4800);

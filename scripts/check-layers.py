@@ -23,6 +23,7 @@ LAYERS = {
     "src/qlab": (0, "pure logic"),
     "src/sessions": (0, "pure logic"),
     "src/network": (0, "pure logic"),
+    "src/exposure": (0, "pure logic"),
     "src/replay": (0, "pure logic"),
     "src/updates": (0, "pure logic"),
     "src/mics": (0, "pure logic"),

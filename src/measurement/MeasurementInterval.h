@@ -20,6 +20,10 @@ struct MeasurementInterval {
     double rawEnergy = 0.0; // sum of squared raw samples: no weighting, correction or calibration
     bool clipped = false;
     std::optional<Spectrum> spectrum;
+    // A-weighted calibrated energy and C-weighted calibrated highest squared sample, whatever
+    // the meter's weighting: what exposure to a venue's limit is measured by.
+    double exposureEnergy = 0.0;
+    double exposurePeakPower = 0.0;
 
     double duration() const noexcept { return static_cast<double>(sampleCount) / sampleRate; }
     double leq() const noexcept

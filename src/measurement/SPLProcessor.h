@@ -50,6 +50,10 @@ public:
 
 private:
     void accumulate(std::span<const float> raw, std::span<const float> input) noexcept;
+    // One pass of meter and exposure under the meter's weighting.
+    template <FrequencyWeighting Meter>
+    void accumulateAs(
+        std::span<const float> raw, std::span<const float> input, bool readsFast) noexcept;
     double selectedDetector() const noexcept
     {
         return response_ == TimeWeighting::fast ? fastState_ : slowState_;
@@ -62,6 +66,8 @@ private:
     std::optional<MicrophoneCorrection> correction_;
     WeightingFilter filter_;
     std::optional<CorrectionFilter> correctionFilter_;
+    WeightingFilter exposureA_;
+    WeightingFilter exposureC_;
     double calibrationGain_;
     double fastAlpha_;
     double slowAlpha_;
@@ -74,6 +80,8 @@ private:
     double intervalPeak_ = 0.0;
     double intervalMaxState_ = 0.0;
     bool intervalClipped_ = false;
+    double intervalExposureEnergy_ = 0.0;
+    double intervalExposurePeak_ = 0.0;
 };
 
 } // namespace ostrel

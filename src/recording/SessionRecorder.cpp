@@ -8,6 +8,7 @@
 
 #include <QDir>
 
+#include "exposure/ExposureFormat.h"
 #include "recording/RecordingLog.h"
 #include "sessions/RecordedFrame.h"
 #include "sessions/RecordingFormat.h"
@@ -56,8 +57,16 @@ SessionRecorder::CreateResult SessionRecorder::create(
     if (frames->write(header) != header.size()) {
         return frames->errorString();
     }
-    return std::shared_ptr<SessionRecorder>(
-        new SessionRecorder(folder, sessionStart, recordsAudio, std::move(frames), capacity));
+    auto exposure = std::make_unique<QFile>(QDir(folder).filePath(ExposureFormat::fileName));
+    if (!exposure->open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+        return exposure->errorString();
+    }
+    const QByteArray exposureHeader = ExposureFormat::header();
+    if (exposure->write(exposureHeader) != exposureHeader.size()) {
+        return exposure->errorString();
+    }
+    return std::shared_ptr<SessionRecorder>(new SessionRecorder(
+        folder, sessionStart, recordsAudio, std::move(frames), std::move(exposure), capacity));
 }
 
 int SessionRecorder::fileSampleRate(double sampleRate)
@@ -69,13 +78,15 @@ int SessionRecorder::fileSampleRate(double sampleRate)
 }
 
 SessionRecorder::SessionRecorder(QString folder, Date sessionStart, bool recordsAudio,
-    std::unique_ptr<QFile> frames, RecorderQueue::Capacity capacity)
+    std::unique_ptr<QFile> frames, std::unique_ptr<QFile> exposure,
+    RecorderQueue::Capacity capacity)
     : folder_(std::move(folder)),
       sessionStart_(sessionStart),
       recordsAudio_(recordsAudio),
       queue_(capacity)
 {
     state_.frames = std::move(frames);
+    state_.exposure = std::move(exposure);
     worker_ = std::thread([this] { run(); });
 }
 
@@ -123,6 +134,12 @@ SessionRecorder::StateSnapshot SessionRecorder::state() const
     return snapshot;
 }
 
+void SessionRecorder::setExposureProfile(const ExposureProfile& profile)
+{
+    const std::lock_guard lock(stateMutex_);
+    state_.exposureProfile = profile;
+}
+
 void SessionRecorder::waitUntilWritten()
 {
     const std::uint64_t target = appended_.load(std::memory_order_acquire);
@@ -166,6 +183,7 @@ void SessionRecorder::write(const RecorderQueue::Block& block)
     state_.audioSeconds += static_cast<double>(block.samples.size()) / block.sampleRate;
 
     const std::optional<MeasurementInterval>& interval = *block.interval;
+    if (interval) writeExposure(*interval);
     if (!interval || !state_.frames || state_.outcome.measurementsFailed) return;
     const QByteArray bytes = RecordingFormat::encode(
         RecordedFrame {state_.audioSeconds, secondsBetween(sessionStart_, block.at), *interval});
@@ -183,6 +201,22 @@ void SessionRecorder::write(const RecorderQueue::Block& block)
             : QStringLiteral("only %1 of %2 bytes were written").arg(written).arg(bytes.size());
         qCWarning(ostrelRecording, "Measurement recording stopped: %s", qUtf8Printable(reason));
         state_.outcome.measurementsFailed = true;
+    }
+}
+
+void SessionRecorder::writeExposure(const MeasurementInterval& interval)
+{
+    if (!state_.exposure || state_.outcome.exposureFailed || !(interval.sampleRate > 0.0)) return;
+    const double duration = static_cast<double>(interval.sampleCount) / interval.sampleRate;
+    const QByteArray bytes = ExposureFormat::encode(ExposureFrame {state_.audioSeconds,
+        ExposureSample {
+            interval.exposureEnergy / interval.sampleRate, duration, interval.exposurePeakPower},
+        state_.exposureProfile});
+    // One write per frame, as for the measurements: a killed station keeps every whole one.
+    if (state_.exposure->write(bytes) != bytes.size()) {
+        qCWarning(ostrelRecording, "Exposure recording stopped: %s",
+            qUtf8Printable(state_.exposure->errorString()));
+        state_.outcome.exposureFailed = true;
     }
 }
 
@@ -230,6 +264,10 @@ void SessionRecorder::finishOnWorker()
     if (state_.frames) {
         state_.frames->close();
         state_.frames.reset();
+    }
+    if (state_.exposure) {
+        state_.exposure->close();
+        state_.exposure.reset();
     }
     if (state_.audioFile) {
         // Errors at the end are not worth a warning: whatever reached the disk stays playable.

@@ -21,6 +21,7 @@
 #include <QString>
 
 #include "common/Date.h"
+#include "exposure/ExposureProfile.h"
 #include "measurement/MeasurementInterval.h"
 #include "measurement/PipelineRecorder.h"
 #include "recording/AacFileWriter.h"
@@ -37,6 +38,7 @@ public:
     struct Outcome {
         bool audioFailed = false;
         bool measurementsFailed = false;
+        bool exposureFailed = false;
         bool operator==(const Outcome&) const = default;
     };
 
@@ -54,7 +56,8 @@ public:
 
     using CreateResult = std::variant<std::shared_ptr<SessionRecorder>, QString>;
 
-    // Makes the folder (with its parents) and writes the measurements file's header. Fails with
+    // Makes the folder (with its parents) and writes the headers of the measurements file and
+    // of the exposure file beside it. Fails with
     // the reason when either can't be done; then the session runs without recording.
     static CreateResult create(const QString& folder, Date sessionStart, bool recordsAudio,
         RecorderQueue::Capacity capacity = {});
@@ -82,6 +85,8 @@ public:
     Date sessionStart() const noexcept { return sessionStart_; }
     bool recordsAudio() const noexcept { return recordsAudio_; }
     StateSnapshot state() const;
+    // Any thread: the profile each interval's exposure frame is written with from now on.
+    void setExposureProfile(const ExposureProfile& profile);
 
     // Waits until the worker has written every block appended so far. For tests and tools that
     // must look at the files during a recording; a show never needs it.
@@ -95,15 +100,19 @@ private:
         std::unique_ptr<SampleRateConverter> converter;
         double audioSeconds = 0.0;
         std::unique_ptr<QFile> frames;
+        std::unique_ptr<QFile> exposure;
+        ExposureProfile exposureProfile;
         Outcome outcome;
         bool isFinished = false;
     };
 
     SessionRecorder(QString folder, Date sessionStart, bool recordsAudio,
-        std::unique_ptr<QFile> frames, RecorderQueue::Capacity capacity);
+        std::unique_ptr<QFile> frames, std::unique_ptr<QFile> exposure,
+        RecorderQueue::Capacity capacity);
 
     void run();
     void write(const RecorderQueue::Block& block);
+    void writeExposure(const MeasurementInterval& interval);
     std::optional<QString> writeAudio(std::span<const float> samples, double sampleRate);
     std::optional<QString> flushConverter();
     void finishOnWorker();

@@ -56,6 +56,8 @@ inline constexpr std::size_t end = fineBandLevels + 2 * fineCount; // zero behin
 // `decode` are extended with it; raise the count only then. RecordingFrameFieldsTest refuses to
 // compile while a count and its struct disagree.
 inline constexpr std::size_t intervalFieldCount = 9;
+// The interval's exposure (energy and peak) is kept in a file of its own beside the frames.
+inline constexpr std::size_t intervalExposureFieldCount = 2;
 inline constexpr std::size_t spectrumFieldCount = 4;
 inline constexpr std::size_t peakFieldCount = 4;
 

@@ -113,7 +113,9 @@ bool ShowSessions::exportCSV(const ShowSession& session, bool levels, const QStr
 std::optional<QString> ShowSessions::warningFor(
     const std::optional<SessionRecorder::Outcome>& outcome)
 {
-    if (!outcome || !(outcome->audioFailed || outcome->measurementsFailed)) return std::nullopt;
+    if (!outcome
+        || !(outcome->audioFailed || outcome->measurementsFailed || outcome->exposureFailed))
+        return std::nullopt;
     return QString::fromUtf8(recordingFailureWarning);
 }
 

@@ -9,6 +9,7 @@
 
 #include <sys/wait.h>
 
+#include "exposure/ExposureFormat.h"
 #include "recording/ChildProcess.h"
 #include "recording/RecordingFile.h"
 #include "recording/RecordingSignals.h"
@@ -68,4 +69,40 @@ TEST(RecordingCrash, AKilledRecorderLeavesEveryWholeFrameReadableAndTheAudioPlay
     }
     EXPECT_NEAR(std::sqrt(sum / (3 * 48000 - 4096)), 0.3 / std::sqrt(2.0), 0.02)
         << "the tone is there, not silence";
+}
+
+TEST(RecordingCrash, AKilledRecorderKeepsAnExposureFrameForEveryWholeMeasurementFrame)
+{
+    QTemporaryDir temporary;
+    ASSERT_TRUE(temporary.isValid());
+    const QString folder = temporary.filePath("killed");
+    ChildProcess child({OSTREL_RECORDING_WRITER_PATH, "crash", folder.toStdString(), "48000"});
+    ASSERT_TRUE(child.started());
+    std::string line;
+    int written = 0;
+    while (written < 2 && child.readLine(line))
+        written = std::stoi(line);
+    ASSERT_EQ(written, 2);
+    child.kill(SIGKILL);
+    child.wait();
+
+    const auto frames
+        = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName)).frames;
+    ASSERT_TRUE(frames.has_value());
+    QFile file(QDir(folder).filePath(ExposureFormat::fileName));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray exposure = file.readAll();
+    const auto count = static_cast<qsizetype>(ExposureFormat::frameCount(exposure));
+    // The two files are written one after the other for each interval: the kill may fall between.
+    EXPECT_GE(count, frames->count());
+    EXPECT_LE(count, frames->count() + 1);
+    EXPECT_GE(count, 20);
+    for (qsizetype i = 0; i < std::min(count, frames->count()); ++i) {
+        const auto frame = ExposureFormat::decode(exposure, static_cast<std::size_t>(i));
+        ASSERT_TRUE(frame.has_value());
+        EXPECT_EQ(frame->audioTime, frames->frame(i, false)->audioTime);
+        EXPECT_NEAR(frame->sample.duration, 0.1, 1e-9);
+        EXPECT_GT(frame->sample.energyTime, 0.0);
+        EXPECT_GT(frame->sample.cPeakPower, 0.0);
+    }
 }

@@ -24,6 +24,8 @@ MeasurementInterval interval(std::int64_t sampleCount, double sampleRate, double
     result.level = level;
     result.maxLevel = level + 1.0;
     result.rawEnergy = 0.125 * static_cast<double>(sampleCount);
+    result.exposureEnergy = 0.2 * static_cast<double>(sampleCount);
+    result.exposurePeakPower = 0.75;
     Spectrum& spectrum = result.spectrum.emplace();
     spectrum.bandLevels.fill(level - 10.0);
     spectrum.fineBandLevels.fill(level - 20.0);

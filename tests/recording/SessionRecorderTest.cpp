@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include "exposure/ExposureFormat.h"
 #include "measurement/MeasurementPipeline.h"
 #include "recording/RecordingFile.h"
 #include "recording/RecordingSignals.h"
@@ -380,4 +381,44 @@ TEST_F(SessionRecorderTest, ThePipelineWithARecorderAttachedDoesNotAllocatePerBl
     pipeline.setRecorder(nullptr);
     EXPECT_EQ(recorder->finish(), SessionRecorder::Outcome {});
     EXPECT_EQ(framesIn(folder()).count(), 20);
+}
+
+TEST_F(SessionRecorderTest, EachIntervalLeavesAnExposureFrameWithTheProfileInForce)
+{
+    auto recorder = make(folder(), false);
+    ASSERT_TRUE(recorder);
+    const std::vector<float> block = sine(4800, 48000.0, 1000.0, 0.1f);
+    MeasurementInterval closed = interval(4800, 48000.0, 80.0);
+    closed.exposureEnergy = 3.0e9 * 4800;
+    closed.exposurePeakPower = 2.0e11;
+    recorder->append(block, 48000.0, closed, sessionStart());
+    recorder->waitUntilWritten();
+    recorder->setExposureProfile(ExposureProfile::builtIn(ExposureProfileKind::din));
+    recorder->append(block, 48000.0, closed, sessionStart());
+    recorder->append(block, 48000.0, std::nullopt, sessionStart());
+    EXPECT_EQ(recorder->finish(), SessionRecorder::Outcome {});
+
+    QFile file(QDir(folder()).filePath(ExposureFormat::fileName));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    ASSERT_EQ(ExposureFormat::frameCount(bytes), 2u);
+    const auto first = ExposureFormat::decode(bytes, 0);
+    const auto second = ExposureFormat::decode(bytes, 1);
+    ASSERT_TRUE(first && second);
+    EXPECT_NEAR(first->audioTime, 0.1, 1e-12);
+    EXPECT_NEAR(second->audioTime, 0.2, 1e-12);
+    // Mean square times seconds: the energy over the sample rate.
+    EXPECT_NEAR(first->sample.energyTime, 3.0e9 * 0.1, 1e-3);
+    EXPECT_NEAR(first->sample.duration, 0.1, 1e-12);
+    EXPECT_EQ(first->sample.cPeakPower, 2.0e11);
+    EXPECT_EQ(first->profile.kind, ExposureProfileKind::who);
+    EXPECT_EQ(second->profile, ExposureProfile::builtIn(ExposureProfileKind::din));
+}
+
+TEST_F(SessionRecorderTest, AnExposureFileThatCannotBeMadeFailsTheCreation)
+{
+    ASSERT_TRUE(QDir().mkpath(QDir(folder()).filePath(ExposureFormat::fileName)));
+    auto created = SessionRecorder::create(folder(), sessionStart(), true);
+    ASSERT_TRUE(std::holds_alternative<QString>(created));
+    EXPECT_FALSE(std::get<QString>(created).isEmpty());
 }

@@ -132,7 +132,7 @@ TEST(RecordingFormat, EveryFieldOfAnIntervalSurvivesAFrame)
 {
     const MeasurementInterval interval = fullInterval();
     const auto& [sampleCount, sampleRate, energy, peakPower, maxLevel, level, rawEnergy, clipped,
-        spectrum]
+        spectrum, exposureEnergy, exposurePeakPower]
         = interval;
     const auto& [bandLevels, dominantFrequency, peak, fineBandLevels] = *spectrum;
     const auto& [frequency, peakLevel, prominence, harmonicLevel] = *peak;

@@ -39,7 +39,8 @@ template <class T, std::size_t N = 0> constexpr std::size_t fieldCount()
         return N;
 }
 
-static_assert(fieldCount<MeasurementInterval>() == Format::intervalFieldCount,
+static_assert(fieldCount<MeasurementInterval>()
+        == Format::intervalFieldCount + Format::intervalExposureFieldCount,
     "MeasurementInterval's fields changed: extend the frame layout, encode and decode in "
     "RecordingFormat, then RecordingFormat::intervalFieldCount");
 static_assert(fieldCount<Spectrum>() == Format::spectrumFieldCount,
@@ -61,6 +62,8 @@ struct IntervalAsRecorded {
     double rawEnergy;
     bool clipped;
     std::optional<Spectrum> spectrum;
+    double exposureEnergy;
+    double exposurePeakPower;
 };
 static_assert(sizeof(MeasurementInterval) == sizeof(IntervalAsRecorded),
     "MeasurementInterval's layout changed: check RecordingFormat's encode and decode");
@@ -100,7 +103,8 @@ template <std::size_t N> bool noElementIs(const std::array<double, N>& levels, d
 
 TEST(RecordingFrameFields, TheCountsMatchTheStructs)
 {
-    EXPECT_EQ(fieldCount<MeasurementInterval>(), Format::intervalFieldCount);
+    EXPECT_EQ(fieldCount<MeasurementInterval>(),
+        Format::intervalFieldCount + Format::intervalExposureFieldCount);
     EXPECT_EQ(fieldCount<Spectrum>(), Format::spectrumFieldCount);
     EXPECT_EQ(fieldCount<SpectralPeak>(), Format::peakFieldCount);
 }
@@ -111,7 +115,7 @@ TEST(RecordingFrameFields, ThePopulatedIntervalDiffersFromTheDefaultEverywhere)
     const MeasurementInterval interval = populatedInterval();
     const MeasurementInterval blank;
     const auto& [sampleCount, sampleRate, energy, peakPower, maxLevel, level, rawEnergy, clipped,
-        spectrum]
+        spectrum, exposureEnergy, exposurePeakPower]
         = interval;
     EXPECT_NE(sampleCount, blank.sampleCount);
     EXPECT_NE(sampleRate, blank.sampleRate);

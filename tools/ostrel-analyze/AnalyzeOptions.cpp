@@ -70,6 +70,13 @@ std::optional<std::string> apply(
     } else if (name == "--record") {
         if (value.empty()) return std::string("bad folder \"\" for --record");
         options.recordFolder = std::string(value);
+    } else if (name == "--exposure") {
+        const auto profile = ExposureProfile::parse(value);
+        if (!profile) {
+            return "bad exposure profile " + quoted(value)
+                + " (use who, swiss, din, uk or custom:MINUTES:LIMIT, minutes from 1 to 60)";
+        }
+        options.exposure = *profile;
     } else if (name == "--format") {
         if (value == "csv")
             options.format = OutputFormat::csv;
@@ -84,7 +91,7 @@ std::optional<std::string> apply(
 bool takesValue(std::string_view name)
 {
     return name == "--weighting" || name == "--response" || name == "--offset"
-        || name == "--channel" || name == "--format" || name == "--record";
+        || name == "--channel" || name == "--format" || name == "--record" || name == "--exposure";
 }
 
 // An export names its two paths and nothing else: measuring options would mean nothing to it.
@@ -183,6 +190,10 @@ Options:
   --format csv|jsonl    output format (default csv)
   --summary             end with the file's Leq, Peak, Max and duration
   --spectrum            add the spectrum and feedback warnings to every row
+  --exposure PROFILE    add exposure against a venue's limit to every row and to
+                        the summary: who (LAeq 15 min, 100 dB), swiss (60 min,
+                        100 dB), din (30 min, 99 dB), uk (daily exposure LEX,8h
+                        against 85 dB) or custom:MINUTES:LIMIT
   --record DIR          record the file into the new folder DIR as the station
                         records a show (session.json, audio.aac and
                         measurements.ostrel) instead of printing rows
@@ -198,6 +209,12 @@ clipped. With --spectrum they go on with the 31 third-octave levels (third_<Hz>)
 the 240 fine band levels (fine_<Hz>), dominant, peakFrequency, peakLevel,
 peakProminence, peakHarmonic and feedback (Hz of a feedback warning in force);
 JSONL rows carry them as bands, fine, dominant, spectralPeak and feedback.
+With --exposure every row adds laeqWindow (the A-weighted level over the profile's
+window, whatever --weighting says), lcpeak (the interval's C-weighted peak) and
+room (the highest average level the next 5 minutes may have and keep the window
+at the limit; empty, or null in JSONL, when the limit is out of reach), and the
+summary adds laeqWindowMax, laeqWindowMaxAt (s), minutesOver, lcpeakMax, laeqShow
+and dosePercent (of 85 dB(A) for 8 hours).
 Samples after the last whole interval are not reported.
 Exit status: 0 on success, 2 on any error (one line on standard error).
 )";

@@ -2,11 +2,13 @@
 
 // The command line of ostrel-analyze, read without side effects so that every case can be tested
 // without running the tool.
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "exposure/ExposureProfile.h"
 #include "measurement/FrequencyWeighting.h"
 #include "measurement/TimeWeighting.h"
 
@@ -26,6 +28,8 @@ struct AnalyzeOptions {
     // When set: the file is recorded into this folder as a show ("session.json", "audio.aac",
     // "measurements.ostrel") instead of printing rows.
     std::string recordFolder;
+    // With --exposure: each row and the summary also say how the file stands against it.
+    std::optional<ExposureProfile> exposure;
 
     bool operator==(const AnalyzeOptions&) const = default;
 };

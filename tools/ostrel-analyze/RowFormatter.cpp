@@ -3,6 +3,7 @@
 #include <optional>
 #include <string_view>
 
+#include "ostrel-analyze/ExposureColumns.h"
 #include "ostrel-analyze/SpectrumColumns.h"
 
 namespace ostrel::analyze {
@@ -26,17 +27,18 @@ std::string_view boolean(bool value)
 
 } // namespace
 
-std::string formatHeader(OutputFormat format, bool spectrum)
+std::string formatHeader(OutputFormat format, bool spectrum, bool exposure)
 {
     if (format != OutputFormat::csv) return "";
     std::string header = "time,level,leq,peak,max,rawDBFS,clipped";
     if (spectrum) header += spectrumCsvHeader();
+    if (exposure) header += exposureCsvHeader();
     header += '\n';
     return header;
 }
 
 std::string formatRow(OutputFormat format, double time, const MeasurementInterval& interval,
-    const std::optional<SpectrumExtras>& spectrum)
+    const std::optional<SpectrumExtras>& spectrum, const ExposureReading* exposure)
 {
     const std::string timeText = formatFixed(time, timeDecimals);
     if (format == OutputFormat::csv) {
@@ -49,6 +51,7 @@ std::string formatRow(OutputFormat format, double time, const MeasurementInterva
         row += ',';
         row += boolean(interval.clipped);
         if (spectrum) row += spectrumCsvCells(interval.spectrum, spectrum->feedback);
+        if (exposure) row += exposureCells(format, *exposure);
         row += '\n';
         return row;
     }
@@ -61,21 +64,24 @@ std::string formatRow(OutputFormat format, double time, const MeasurementInterva
     row += ",\"clipped\":";
     row += boolean(interval.clipped);
     if (spectrum) row += spectrumJsonFields(interval.spectrum, spectrum->feedback);
+    if (exposure) row += exposureCells(format, *exposure);
     row += "}\n";
     return row;
 }
 
-std::string formatSummary(OutputFormat format, const LevelStatistics& statistics)
+std::string formatSummary(
+    OutputFormat format, const LevelStatistics& statistics, const ExposureMeter* exposure)
 {
+    const std::string extra = exposure ? exposureSummary(format, *exposure) : std::string();
     const std::string duration = formatFixed(statistics.duration, timeDecimals);
     if (format == OutputFormat::csv) {
         return "# summary leq=" + optionalLevel(statistics.leq(), "none")
-            + " peak=" + optionalLevel(statistics.peak(), "none")
-            + " max=" + optionalLevel(statistics.maxLevel, "none") + " duration=" + duration + "\n";
+            + " peak=" + optionalLevel(statistics.peak(), "none") + " max="
+            + optionalLevel(statistics.maxLevel, "none") + " duration=" + duration + extra + "\n";
     }
     return "{\"summary\":{\"leq\":" + optionalLevel(statistics.leq(), "null")
         + ",\"peak\":" + optionalLevel(statistics.peak(), "null") + ",\"max\":"
-        + optionalLevel(statistics.maxLevel, "null") + ",\"duration\":" + duration + "}}\n";
+        + optionalLevel(statistics.maxLevel, "null") + ",\"duration\":" + duration + extra + "}}\n";
 }
 
 } // namespace ostrel::analyze

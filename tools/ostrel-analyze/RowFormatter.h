@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "exposure/ExposureMeter.h"
 #include "measurement/LevelStatistics.h"
 #include "measurement/MeasurementInterval.h"
 #include "ostrel-analyze/AnalyzeOptions.h"
@@ -19,14 +20,18 @@ struct SpectrumExtras {
 };
 
 // The CSV header line; nothing for JSONL, whose rows name their fields.
-std::string formatHeader(OutputFormat format, bool spectrum = false);
+// With `exposure`, the exposure columns come last.
+std::string formatHeader(OutputFormat format, bool spectrum = false, bool exposure = false);
 // One line. `time` is the seconds of audio at the interval's end. With `spectrum`, the row goes
 // on with the spectrum columns.
 std::string formatRow(OutputFormat format, double time, const MeasurementInterval& interval,
-    const std::optional<SpectrumExtras>& spectrum = std::nullopt);
+    const std::optional<SpectrumExtras>& spectrum = std::nullopt,
+    const ExposureReading* exposure = nullptr);
 // CSV: one comment line, "# summary leq=.. peak=.. max=.. duration=..".
 // JSONL: {"summary":{"leq":..,"peak":..,"max":..,"duration":..}}.
 // Levels of an empty file are "none" in CSV and null in JSONL.
-std::string formatSummary(OutputFormat format, const LevelStatistics& statistics);
+// With `exposure`, its six values follow.
+std::string formatSummary(OutputFormat format, const LevelStatistics& statistics,
+    const ExposureMeter* exposure = nullptr);
 
 } // namespace ostrel::analyze

@@ -99,7 +99,9 @@ int run(const AnalyzeOptions& options)
     const auto channel = static_cast<std::size_t>(options.channel);
 
     AudioClockFeedback feedback;
-    if (!recording) write(formatHeader(options.format, options.spectrum));
+    std::optional<ExposureMeter> exposure;
+    if (options.exposure) exposure.emplace(*options.exposure);
+    if (!recording) write(formatHeader(options.format, options.spectrum, exposure.has_value()));
     for (;;) {
         const std::size_t frames = decoder.read(interleaved, blockFrames);
         if (frames == 0) break;
@@ -112,12 +114,17 @@ int run(const AnalyzeOptions& options)
         // A short last block leaves a partial interval, which the station would not report.
         if (const auto interval = pipeline.process(block)) {
             statistics.add(*interval);
+            if (exposure) {
+                exposure->ingest(ExposureSample {interval->exposureEnergy / interval->sampleRate,
+                    interval->duration(), interval->exposurePeakPower});
+            }
             if (recording) {
                 recording->add(*interval, time);
             } else {
                 std::optional<SpectrumExtras> extras;
                 if (options.spectrum) extras = SpectrumExtras {feedback.update(*interval, time)};
-                write(formatRow(options.format, time, *interval, extras));
+                write(formatRow(options.format, time, *interval, extras,
+                    exposure ? &exposure->reading() : nullptr));
             }
         }
         progress.update(time);
@@ -134,7 +141,8 @@ int run(const AnalyzeOptions& options)
         std::fflush(stdout);
         return fail("cannot decode " + name + ": " + decoder.error());
     }
-    if (options.summary) write(formatSummary(options.format, statistics));
+    if (options.summary)
+        write(formatSummary(options.format, statistics, exposure ? &*exposure : nullptr));
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) return fail("cannot write the output");
     if (const auto skipped = decoder.skippedPacketCount(); skipped > 0) {
         std::cerr << "ostrel-analyze: warning: skipped " << skipped << " corrupt packet"
