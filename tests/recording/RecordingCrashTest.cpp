@@ -19,24 +19,35 @@
 using namespace ostrel;
 using namespace ostrel::recording_test;
 
+namespace {
+
+// Records into `folder` in a child process and kills it while it records the second after
+// `seconds` reported written. True when it was killed as planned.
+::testing::AssertionResult recordAndKill(const QString& folder, int seconds)
+{
+    ChildProcess child({OSTREL_RECORDING_WRITER_PATH, "crash", folder.toStdString(), "48000"});
+    if (!child.started()) return ::testing::AssertionFailure() << "the writer did not start";
+    std::string line;
+    int written = 0;
+    while (written < seconds && child.readLine(line))
+        written = std::stoi(line);
+    if (written != seconds) return ::testing::AssertionFailure() << "wrote " << written << " s";
+    child.kill(SIGKILL);
+    const int status = child.wait();
+    if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL)
+        return ::testing::AssertionFailure() << "not ended by SIGKILL";
+    return ::testing::AssertionSuccess();
+}
+
+} // namespace
+
 TEST(RecordingCrash, AKilledRecorderLeavesEveryWholeFrameReadableAndTheAudioPlayableToNearTheKill)
 {
     QTemporaryDir temporary;
     ASSERT_TRUE(temporary.isValid());
     const QString folder = temporary.filePath("killed");
-    ChildProcess child({OSTREL_RECORDING_WRITER_PATH, "crash", folder.toStdString(), "48000"});
-    ASSERT_TRUE(child.started());
-
-    // The helper says each second once it is written; kill it while it records the next.
-    std::string line;
-    int written = 0;
-    while (written < 3 && child.readLine(line))
-        written = std::stoi(line);
-    ASSERT_EQ(written, 3);
-    child.kill(SIGKILL);
-    const int status = child.wait();
-    ASSERT_TRUE(WIFSIGNALED(status));
-    EXPECT_EQ(WTERMSIG(status), SIGKILL);
+    // The helper says each second once it is written; it is killed while it records the next.
+    ASSERT_TRUE(recordAndKill(folder, 3));
 
     const QString framesPath = QDir(folder).filePath(RecordingFormat::framesFileName);
     const auto frames = RecordingFile::open(framesPath).frames;
@@ -76,15 +87,7 @@ TEST(RecordingCrash, AKilledRecorderKeepsAnExposureFrameForEveryWholeMeasurement
     QTemporaryDir temporary;
     ASSERT_TRUE(temporary.isValid());
     const QString folder = temporary.filePath("killed");
-    ChildProcess child({OSTREL_RECORDING_WRITER_PATH, "crash", folder.toStdString(), "48000"});
-    ASSERT_TRUE(child.started());
-    std::string line;
-    int written = 0;
-    while (written < 2 && child.readLine(line))
-        written = std::stoi(line);
-    ASSERT_EQ(written, 2);
-    child.kill(SIGKILL);
-    child.wait();
+    ASSERT_TRUE(recordAndKill(folder, 2));
 
     const auto frames
         = RecordingFile::open(QDir(folder).filePath(RecordingFormat::framesFileName)).frames;

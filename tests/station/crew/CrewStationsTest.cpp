@@ -82,6 +82,13 @@ private slots:
         QVERIFY(stageBox->waitUntilEstablished());
     }
 
+    // The fake device goes, and the tests after these find the daemon without it.
+    void cleanupTestCase()
+    {
+        stageBox.reset();
+        QVERIFY(testsupport::settleDevices());
+    }
+
     void aSecondaryShowsThePrimarysCalibratedLevelItsCuesAndItsDanteDevices()
     {
         auto primary = station("FOH", "primary");
